@@ -1,0 +1,20 @@
+//===- TarnUtilities/TarnUtilities.h - Everything at once ------*- C++ -*-===//
+//
+// The umbrella header: includes every public header of the library.
+//
+//===----------------------------------------------------------------------===//
+#ifndef TARNUTILITIES_TARNUTILITIES_H
+#define TARNUTILITIES_TARNUTILITIES_H
+
+#include "TarnUtilities/Export.h"
+#include "TarnUtilities/logging/ZEL_ApplicationTerminator.h"
+#include "TarnUtilities/logging/ZEL_Assert.h"
+#include "TarnUtilities/logging/ZEL_Backtrace.h"
+#include "TarnUtilities/logging/ZEL_Code.h"
+#include "TarnUtilities/logging/ZEL_Exception.h"
+#include "TarnUtilities/logging/ZEL_Failure.h"
+#include "TarnUtilities/logging/ZEL_Message.h"
+#include "TarnUtilities/logging/ZelStatusCode.h"
+#include "TarnUtilities/system/TarnSysUtil.h"
+
+#endif // TARNUTILITIES_TARNUTILITIES_H

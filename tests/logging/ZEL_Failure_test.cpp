@@ -1,0 +1,91 @@
+//===- ZEL_Failure_test.cpp - Failures, codes and messages ------------------===//
+#include "TarnUtilities/logging/ZEL_Backtrace.h"
+#include "TarnUtilities/logging/ZEL_Failure.h"
+#include "TarnUtilities/logging/ZEL_Message.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+TEST(ZEL_Code, ExistsOnlyWhenNotEmpty) {
+  EXPECT_FALSE(ZEL_Code().exists());
+  EXPECT_FALSE(ZEL_Code(std::string()).exists());
+  ZEL_Code code("183807301111");
+  EXPECT_TRUE(code.exists());
+  EXPECT_EQ(code.GetCode(), "183807301111");
+}
+
+TEST(ZEL_Failure, StatusIsDecidedByTheCode) {
+  ZEL_Failure internal(ZEL_Code("142737310812"), "broken", "[hdr] ");
+  ZEL_Failure user(ZEL_Code(), "bad input", "");
+  EXPECT_EQ(internal.GetStatusCode(), ERR_INTERNAL);
+  EXPECT_EQ(user.GetStatusCode(), ERR_USER);
+  EXPECT_EQ(internal.GetName(), "ZEL_Failure");
+  EXPECT_EQ(user.GetName(), "ZEL_Failure");
+  EXPECT_STREQ(internal.what(), "broken");
+  EXPECT_EQ(internal.GetHeader(), "[hdr] ");
+  EXPECT_EQ(internal.GetReason(), nullptr);
+}
+
+TEST(ZEL_Failure, IsCaughtAsExceptionAndStdException) {
+  try {
+    throw ZEL_Failure(ZEL_Code(), "user text", "");
+  } catch (const std::exception& e) {
+    EXPECT_STREQ(e.what(), "user text");
+  }
+}
+
+TEST(ZEL_Failure, CloneCopiesTheReasonChainDeeply) {
+  ZEL_Failure root(ZEL_Code("095024130912"), "root cause", "[a] ");
+  ZEL_Failure middle(root, ZEL_Code(), "middle", "[b] ");
+  auto top = std::make_unique<ZEL_Failure>(middle, ZEL_Code("183807301111"), "top", "[c] ");
+
+  std::unique_ptr<ZEL_Exception> clone(top->Clone());
+  ASSERT_NE(clone->GetReason(), nullptr);
+  ASSERT_NE(clone->GetReason()->GetReason(), nullptr);
+  EXPECT_EQ(clone->GetReason()->GetReason()->GetReason(), nullptr);
+  EXPECT_EQ(clone->GetMessage(), "top");
+  EXPECT_EQ(clone->GetReason()->GetMessage(), "middle");
+  EXPECT_EQ(clone->GetReason()->GetReason()->GetCode().GetCode(), "095024130912");
+  // Independent: no node of the clone is a node of the source.
+  EXPECT_NE(clone->GetReason(), top->GetReason());
+  EXPECT_NE(clone->GetReason()->GetReason(), top->GetReason()->GetReason());
+
+  const ZEL_Exception* sourceRoot = top->GetReason()->GetReason();
+  clone.reset();
+  EXPECT_EQ(sourceRoot->GetMessage(), "root cause");
+  top.reset();
+  EXPECT_EQ(middle.GetReason()->GetMessage(), "root cause");
+}
+
+TEST(ZEL_Failure, CopyAndAssignmentAreDeep) {
+  ZEL_Failure reason(ZEL_Code(), "why", "");
+  ZEL_Failure a(reason, ZEL_Code(), "a", "");
+  ZEL_Failure b(ZEL_Code("1"), "b", "");
+  b = a;
+  EXPECT_EQ(b.GetMessage(), "a");
+  EXPECT_FALSE(b.GetCode().exists());
+  ASSERT_NE(b.GetReason(), nullptr);
+  EXPECT_NE(b.GetReason(), a.GetReason());
+  b = b; // self-assignment keeps the chain
+  ASSERT_NE(b.GetReason(), nullptr);
+  EXPECT_EQ(b.GetReason()->GetMessage(), "why");
+}
+
+TEST(ZEL_MESSAGE, FormatsAndCutsAt1023Characters) {
+  EXPECT_EQ(ZEL_MESSAGE("line %d of %s", 7, "f.par"), "line 7 of f.par");
+  EXPECT_EQ(ZEL_MESSAGE("%s", ""), "");
+  const std::string longText(3000, 'x');
+  const std::string cut = ZEL_MESSAGE("%s!", longText.c_str());
+  EXPECT_EQ(cut.size(), 1023u);
+  EXPECT_EQ(cut, std::string(1023, 'x'));
+  EXPECT_EQ(ZEL_MESSAGE("%s", std::string(1023, 'y').c_str()).size(), 1023u);
+}
+
+TEST(ZEL_Backtrace, EmptyBacktracePrintsNothing) {
+  EXPECT_TRUE(ZEL_Backtrace::GetBacktrace().empty());
+  testing::internal::CaptureStdout();
+  ZEL_Backtrace::PrintBacktrace();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}

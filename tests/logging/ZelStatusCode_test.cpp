@@ -1,0 +1,36 @@
+//===- ZelStatusCode_test.cpp - Status codes and their texts ----------------===//
+#include "TarnUtilities/logging/ZelStatusCode.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+
+TEST(ZelStatusCode, TextIsFoundByMagnitude) {
+  struct Case { int code; const char* text; };
+  const Case cases[] = {{0, "STATUS_OK"},          {-1, "ERR_INTERNAL"},
+                        {-3, "ERR_FILE_IO"},       {3, "ERR_FILE_IO"},
+                        {-7, "VTM_TABLE_NOT_FOUND"}, {-8, "ERR_NOT_FOUND"},
+                        {-11, "ERR_INSUFFICIENT_RESULT_SPACE"}, {-14, "ERR_USER"},
+                        {-15, "ERR_PARFILE"},      {15, "ERR_PARFILE"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.code);
+    EXPECT_EQ(StatuscodeToText(c.code), c.text);
+  }
+}
+
+TEST(ZelStatusCode, ValuesOutsideTheTableHaveAnUnknownText) {
+  EXPECT_EQ(StatuscodeToText(16), "UNKNOWN_STATUS");
+  EXPECT_EQ(StatuscodeToText(-16), "UNKNOWN_STATUS");
+  EXPECT_EQ(StatuscodeToText(INT_MIN), "UNKNOWN_STATUS");
+  EXPECT_EQ(StatuscodeToText(INT_MAX), "UNKNOWN_STATUS");
+}
+
+TEST(ZelStatusCode, ValueClassPrintsTheNumberNotTheName) {
+  ZEL_StatusCode status;
+  EXPECT_TRUE(status == STATUS_OK);
+  status.Set(ERR_INVALID_ARGUMENT);
+  EXPECT_TRUE(status == ERR_INVALID_ARGUMENT);
+  EXPECT_TRUE(status != STATUS_OK);
+  EXPECT_EQ(status.ToString(), "-9");
+  EXPECT_EQ(StatuscodeToText(status.Get()), "ERR_INVALID_ARGUMENT");
+}
