@@ -13,6 +13,7 @@
 #include "TarnUtilities/logging/ZEL_Code.h"
 #include "TarnUtilities/logging/ZEL_Exception.h"
 #include "TarnUtilities/logging/ZEL_Failure.h"
+#include "TarnUtilities/logging/ZEL_LogMacros.h"
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "TarnUtilities/logging/ZelStatusCode.h"
 #include "TarnUtilities/system/TarnSysUtil.h"
