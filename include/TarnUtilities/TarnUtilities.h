@@ -17,5 +17,7 @@
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "TarnUtilities/logging/ZelStatusCode.h"
 #include "TarnUtilities/system/TarnSysUtil.h"
+#include "TarnUtilities/container/ZEL_DoubleArray.h"
+#include "TarnUtilities/container/ZEL_IntArray.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
