@@ -14,7 +14,9 @@
 #if defined(__SANITIZE_ADDRESS__)
 // The allocation-failure tests ask for blocks no machine has; the sanitizer
 // must let malloc/realloc answer null as the C runtime does, not abort.
-extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
+extern "C" __attribute__((visibility("default"), used)) const char* __asan_default_options() {
+  return "allocator_may_return_null=1";
+}
 #endif
 
 namespace {
