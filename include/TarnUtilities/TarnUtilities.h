@@ -19,5 +19,11 @@
 #include "TarnUtilities/system/TarnSysUtil.h"
 #include "TarnUtilities/container/ZEL_DoubleArray.h"
 #include "TarnUtilities/container/ZEL_IntArray.h"
+#include "TarnUtilities/text/TarnStringFunctions.h"
+#include "TarnUtilities/text/TarnStringTokenizer.h"
+#include "TarnUtilities/text/TarnStringUtil.h"
+#include "TarnUtilities/text/TarnUtfUtil.h"
+#include "TarnUtilities/system/TarnFileNameUtil.h"
+#include "TarnUtilities/system/TarnFileUtil.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
