@@ -18,5 +18,8 @@
 #include "TarnUtilities/logging/ZelStatusCode.h"
 #include "TarnUtilities/system/TarnSysUtil.h"
 #include "TarnUtilities/math/TarnBigInteger.h"
+#include "TarnUtilities/text/FloatingPointFormatter.h"
+#include "TarnUtilities/text/TarnFloatUtil.h"
+#include "TarnUtilities/text/ZEL_FixedBufferComposer.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
