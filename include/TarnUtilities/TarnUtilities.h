@@ -21,5 +21,9 @@
 #include "TarnUtilities/text/FloatingPointFormatter.h"
 #include "TarnUtilities/text/TarnFloatUtil.h"
 #include "TarnUtilities/text/ZEL_FixedBufferComposer.h"
+#include "TarnUtilities/text/TarnStringFunctions.h"
+#include "TarnUtilities/text/TarnStringTokenizer.h"
+#include "TarnUtilities/text/TarnStringUtil.h"
+#include "TarnUtilities/text/TarnUtfUtil.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
