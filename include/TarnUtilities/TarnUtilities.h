@@ -29,5 +29,9 @@
 #include "TarnUtilities/text/TarnUtfUtil.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
 #include "TarnUtilities/system/TarnFileUtil.h"
+#include "TarnUtilities/text/CsvLineWriter.h"
+#include "TarnUtilities/text/TarnCsvFileWriter.h"
+#include "TarnUtilities/text/ZEL_CsvFileFailure.h"
+#include "TarnUtilities/text/ZEL_CsvTableWriter.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
