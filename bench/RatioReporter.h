@@ -1,6 +1,6 @@
 //===- bench/RatioReporter.h - Side-by-side ratios for benchmarks -----------===//
 //
-// A console reporter that also remembers the real time of every benchmark
+// A console reporter that also remembers the real and CPU time of every benchmark
 // (the median when repetitions are aggregated) and, after the run, prints
 // the ratio of named pairs, so that each program states in one line how our
 // code compares with its peer measured in the same run.
@@ -31,26 +31,32 @@ public:
       // Without repetitions the single run stands for the median.
       if (!aggregate && run.repetitions > 1)
         continue;
-      times_[run.run_name.function_name] = run.GetAdjustedRealTime();
+      times_[run.run_name.function_name] = {run.GetAdjustedRealTime(), run.GetAdjustedCPUTime()};
     }
     ConsoleReporter::ReportRuns(runs);
   }
 
-  /// Prints "numerator / denominator = ratio" for each pair that ran.
+  /// Prints "numerator / denominator = ratio" of real and of CPU time for
+  /// each pair that ran. On a shared machine the CPU-time ratio is the
+  /// steadier one.
   void PrintRatios(const std::vector<std::pair<std::string, std::string>>& pairs) const {
-    std::printf("\nRatios of median real times:\n");
+    std::printf("\nRatios of medians (real time, CPU time):\n");
     for (const auto& pair : pairs) {
       const auto a = times_.find(pair.first);
       const auto b = times_.find(pair.second);
-      if (a == times_.end() || b == times_.end() || b->second == 0)
+      if (a == times_.end() || b == times_.end() || b->second.real == 0 || b->second.cpu == 0)
         continue;
-      std::printf("  %s / %s = %.3f\n", pair.first.c_str(), pair.second.c_str(),
-                  a->second / b->second);
+      std::printf("  %s / %s = %.3f real, %.3f cpu\n", pair.first.c_str(), pair.second.c_str(),
+                  a->second.real / b->second.real, a->second.cpu / b->second.cpu);
     }
   }
 
 private:
-  std::map<std::string, double> times_;
+  struct Times {
+    double real = 0;
+    double cpu = 0;
+  };
+  std::map<std::string, Times> times_;
 };
 
 /// The main of a benchmark program that ends with the ratios of `pairs`.

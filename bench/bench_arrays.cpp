@@ -72,8 +72,7 @@ BENCHMARK(BM_ZelDoubleArray_PushBack)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_StdVectorDouble_PushBack)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
-  return tarnbench::RunWithRatios(
-      argc, argv,
-      {{"BM_ZelIntArray_PushBack", "BM_StdVectorInt_PushBack"},
-       {"BM_ZelDoubleArray_PushBack", "BM_StdVectorDouble_PushBack"}});
+  return tarnbench::RunWithRatios(argc, argv,
+                                  {{"BM_ZelIntArray_PushBack", "BM_StdVectorInt_PushBack"},
+                                   {"BM_ZelDoubleArray_PushBack", "BM_StdVectorDouble_PushBack"}});
 }

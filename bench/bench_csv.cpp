@@ -141,7 +141,7 @@ BENCHMARK(BM_ToCharsFwrite)->Unit(benchmark::kMillisecond)->Iterations(1);
 
 int main(int argc, char** argv) {
   Table(); // generate the data before any timing
-  return tarnbench::RunWithRatios(argc, argv,
-                                  {{"BM_TarnCsvFileWriter", "BM_Fprintf17g"},
-                                   {"BM_TarnCsvFileWriter", "BM_ToCharsFwrite"}});
+  return tarnbench::RunWithRatios(
+      argc, argv,
+      {{"BM_TarnCsvFileWriter", "BM_Fprintf17g"}, {"BM_TarnCsvFileWriter", "BM_ToCharsFwrite"}});
 }

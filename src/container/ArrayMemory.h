@@ -18,8 +18,7 @@ namespace ZEL_detail {
 
 /// realloc of `block` to `count` elements of T; null if the byte size
 /// overflows or the runtime refuses. `block` is left untouched on failure.
-template <typename T>
-T* ReallocElements(T* block, std::uint64_t count) {
+template <typename T> T* ReallocElements(T* block, std::uint64_t count) {
   if (count > std::numeric_limits<std::size_t>::max() / sizeof(T))
     return nullptr;
   return static_cast<T*>(std::realloc(block, static_cast<std::size_t>(count) * sizeof(T)));
@@ -27,8 +26,7 @@ T* ReallocElements(T* block, std::uint64_t count) {
 
 /// malloc of `count` elements of T; null if the byte size overflows or the
 /// runtime refuses.
-template <typename T>
-T* MallocElements(std::uint64_t count) {
+template <typename T> T* MallocElements(std::uint64_t count) {
   if (count > std::numeric_limits<std::size_t>::max() / sizeof(T))
     return nullptr;
   return static_cast<T*>(std::malloc(static_cast<std::size_t>(count) * sizeof(T)));

@@ -35,7 +35,8 @@ ZEL_DoubleArray::ZEL_DoubleArray(const std::vector<double>& values)
     // The message names an integer array; existing log scanners match it.
     if (!data)
       FailAllocation(
-          ZEL_MESSAGE("Failed to allocate memory for a integer array of capacity %" PRIu64, capacity),
+          ZEL_MESSAGE("Failed to allocate memory for a integer array of capacity %" PRIu64,
+                      capacity),
           "101524120414");
     if (size != 0)
       std::memcpy(data, values.data(), values.size() * sizeof(double));

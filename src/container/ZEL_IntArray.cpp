@@ -28,9 +28,9 @@ const char* const kHeader = "[%T|%n|%P|TarnUtilities|ZEL_IntArray] ";
 int* AllocateZeroed(std::uint64_t count) {
   int* block = ZEL_detail::MallocElements<int>(count);
   if (!block)
-    FailAllocation(ZEL_MESSAGE("Failed to allocate memory for an integer array of capacity %" PRIu64,
-                               count),
-                   "101524120412");
+    FailAllocation(
+        ZEL_MESSAGE("Failed to allocate memory for an integer array of capacity %" PRIu64, count),
+        "101524120412");
   std::memset(block, 0, static_cast<std::size_t>(count) * sizeof(int));
   return block;
 }
@@ -55,7 +55,8 @@ ZEL_IntArray::ZEL_IntArray(const std::vector<int>& values)
     data = ZEL_detail::MallocElements<int>(capacity);
     if (!data)
       FailAllocation(
-          ZEL_MESSAGE("Failed to allocate memory for an integer array of capacity %" PRIu64, capacity),
+          ZEL_MESSAGE("Failed to allocate memory for an integer array of capacity %" PRIu64,
+                      capacity),
           "101524120412");
     if (size != 0)
       std::memcpy(data, values.data(), values.size() * sizeof(int));

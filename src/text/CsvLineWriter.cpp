@@ -29,6 +29,7 @@ std::size_t FreeFormatMax(int posExpFmtSwitch) {
   return std::min(longest, FloatingPointFormatter::FREE_FORMAT_BUFFER_SIZE - 1);
 }
 
+// The precision the formatter works with: 0 to MAX_FIXED_PRECISION.
 std::size_t ClampedPrecision(int precision) {
   return static_cast<std::size_t>(
       std::min(std::max(precision, 0), FloatingPointFormatter::MAX_FIXED_PRECISION));
@@ -47,7 +48,8 @@ constexpr std::size_t kLimitedMax = 1 + 2 + 323 + 17;
 // Scratch space for a double when the line is short of room: more than the
 // longest text of every format, and than the formatter's own buffer needs.
 constexpr std::size_t kScratch = 512;
-static_assert(kScratch > kLimitedMax && kScratch > kFixedOverhead + FloatingPointFormatter::MAX_FIXED_PRECISION &&
+static_assert(kScratch > kLimitedMax &&
+                  kScratch > kFixedOverhead + FloatingPointFormatter::MAX_FIXED_PRECISION &&
                   kScratch >= FloatingPointFormatter::FIXED_FORMAT_BUFFER_SIZE &&
                   kScratch >= FloatingPointFormatter::FREE_FORMAT_BUFFER_SIZE,
               "scratch space must hold every double text");
@@ -55,7 +57,8 @@ static_assert(kScratch > kLimitedMax && kScratch > kFixedOverhead + FloatingPoin
 const char* const kNoRoomString = "Out of space in the buffer while adding a string.";
 const char* const kNoRoomChar = "Out of space in the buffer while adding a character.";
 const char* const kNoRoomInt = "Out of space in the buffer while printing an integer.";
-const char* const kNoRoomFree = "Out of space in the buffer while printing a double in free format.";
+const char* const kNoRoomFree =
+    "Out of space in the buffer while printing a double in free format.";
 const char* const kNanFree = "Attempted to print a NaN-value in free format.";
 const char* const kInfFree = "Attempted to print an Inf-value in free format.";
 const char* const kNoRoomLimited =
@@ -69,9 +72,13 @@ const char* const kNoRoomScientific =
 const char* const kNanScientific = "Attempted to print a NaN-value in scientific-format.";
 const char* const kInfScientific = "Attempted to print an Inf-value in scientific-format.";
 
-[[noreturn]] void Fail(const char* message) { throw std::runtime_error(message); }
+[[noreturn]] void Fail(const char* message) {
+  throw std::runtime_error(message);
+}
 
-std::size_t NonNegative(int n) { return n > 0 ? static_cast<std::size_t>(n) : 0; }
+std::size_t NonNegative(int n) {
+  return n > 0 ? static_cast<std::size_t>(n) : 0;
+}
 
 // The line buffer: `capacity` characters and the terminating zero.
 char* AllocateLine(std::size_t capacity) {
@@ -131,8 +138,9 @@ void CsvLineWriter::AppendText(const char* text, std::size_t length) {
 void CsvLineWriter::AppendValue(const std::string& text) {
   // The line is a C string: an embedded zero ends the value.
   const void* zero = std::memchr(text.data(), '\0', text.size());
-  AppendText(text.data(), zero ? static_cast<std::size_t>(static_cast<const char*>(zero) - text.data())
-                               : text.size());
+  AppendText(text.data(),
+             zero ? static_cast<std::size_t>(static_cast<const char*>(zero) - text.data())
+                  : text.size());
 }
 
 void CsvLineWriter::AppendValue(const char* text) {
@@ -251,27 +259,66 @@ void CsvLineWriter::AppendList(const std::vector<std::string>& values) {
     AppendValue(v);
 }
 
-void CsvLineWriter::SetValue(const std::string& text) { Clear(); AppendValue(text); }
-void CsvLineWriter::SetValue(const char* text) { Clear(); AppendValue(text); }
-void CsvLineWriter::SetValue(char c) { Clear(); AppendValue(c); }
-void CsvLineWriter::SetValue(int value) { Clear(); AppendValue(value); }
-void CsvLineWriter::SetValue(double value) { Clear(); AppendValue(value); }
-void CsvLineWriter::SetValue(double value, int digits) { Clear(); AppendValue(value, digits); }
-void CsvLineWriter::SetList(const std::vector<int>& values) { Clear(); AppendList(values); }
-void CsvLineWriter::SetList(const std::vector<double>& values) { Clear(); AppendList(values); }
-void CsvLineWriter::SetList(const std::vector<std::string>& values) { Clear(); AppendList(values); }
+void CsvLineWriter::SetValue(const std::string& text) {
+  Clear();
+  AppendValue(text);
+}
+void CsvLineWriter::SetValue(const char* text) {
+  Clear();
+  AppendValue(text);
+}
+void CsvLineWriter::SetValue(char c) {
+  Clear();
+  AppendValue(c);
+}
+void CsvLineWriter::SetValue(int value) {
+  Clear();
+  AppendValue(value);
+}
+void CsvLineWriter::SetValue(double value) {
+  Clear();
+  AppendValue(value);
+}
+void CsvLineWriter::SetValue(double value, int digits) {
+  Clear();
+  AppendValue(value, digits);
+}
+void CsvLineWriter::SetList(const std::vector<int>& values) {
+  Clear();
+  AppendList(values);
+}
+void CsvLineWriter::SetList(const std::vector<double>& values) {
+  Clear();
+  AppendList(values);
+}
+void CsvLineWriter::SetList(const std::vector<std::string>& values) {
+  Clear();
+  AppendList(values);
+}
 
 // The separator is copied into a C string, so it ends at a zero character.
-void CsvLineWriter::SetSeparator(const std::string& separator) { separator_ = separator.c_str(); }
-void CsvLineWriter::SetSeparator(const char* separator) { separator_ = separator ? separator : ""; }
+void CsvLineWriter::SetSeparator(const std::string& separator) {
+  separator_ = separator.c_str();
+}
+void CsvLineWriter::SetSeparator(const char* separator) {
+  separator_ = separator ? separator : "";
+}
 void CsvLineWriter::SetSeparator(char separator) {
   separator_.assign(separator != '\0' ? 1 : 0, separator);
 }
 
-void CsvLineWriter::SetPosExpFmtSwitch(int value) { formatter_->SetPosExpFmtSwitch(value); }
-int CsvLineWriter::GetPosExpFmtSwitch() const { return formatter_->GetPosExpFmtSwitch(); }
-void CsvLineWriter::SetNegExpFmtSwitch(int value) { formatter_->SetNegExpFmtSwitch(value); }
-int CsvLineWriter::GetNegExpFmtSwitch() const { return formatter_->GetNegExpFmtSwitch(); }
+void CsvLineWriter::SetPosExpFmtSwitch(int value) {
+  formatter_->SetPosExpFmtSwitch(value);
+}
+int CsvLineWriter::GetPosExpFmtSwitch() const {
+  return formatter_->GetPosExpFmtSwitch();
+}
+void CsvLineWriter::SetNegExpFmtSwitch(int value) {
+  formatter_->SetNegExpFmtSwitch(value);
+}
+int CsvLineWriter::GetNegExpFmtSwitch() const {
+  return formatter_->GetNegExpFmtSwitch();
+}
 
 std::string CsvLineWriter::GetLineTokens(int first, int last) const {
   if (first < 0)

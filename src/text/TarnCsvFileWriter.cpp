@@ -18,7 +18,9 @@ constexpr std::size_t kStreamBuffer = 1 << 16;
 
 TarnCsvFileWriter::TarnCsvFileWriter(std::size_t capacity) : line_(capacity, ", ") {}
 
-TarnCsvFileWriter::~TarnCsvFileWriter() { CloseFile(); }
+TarnCsvFileWriter::~TarnCsvFileWriter() {
+  CloseFile();
+}
 
 bool TarnCsvFileWriter::OpenFile(const char16_t* name, std::string& error, FileOpenMode mode) {
   if (file_) {
@@ -67,8 +69,8 @@ bool TarnCsvFileWriter::WriteLine(const char* text) {
 void TarnCsvFileWriter::CloseFile() {
   if (file_) {
     if (std::fclose(file_) != 0)
-      ZEL_LOG_WARNING(kHeader, ZEL_MESSAGE("Closing the csv-file failed: %s",
-                                           std::strerror(errno)).c_str());
+      ZEL_LOG_WARNING(kHeader,
+                      ZEL_MESSAGE("Closing the csv-file failed: %s", std::strerror(errno)).c_str());
     file_ = nullptr;
   }
   line_.Clear();

@@ -23,7 +23,8 @@ std::int32_t CheckedMaximum(std::int32_t maxColumnsPerFile, const std::u16string
     throw ZEL_Failure(ZEL_Code(),
                       ZEL_MESSAGE("The maximum number of columns per csv-file must be at least "
                                   "1, not %d (csv-file \"%s\")",
-                                  maxColumnsPerFile, TarnStringUtil::wide_to_utf8(fileName).c_str()),
+                                  maxColumnsPerFile,
+                                  TarnStringUtil::wide_to_utf8(fileName).c_str()),
                       kHeader);
   return maxColumnsPerFile;
 }
@@ -70,10 +71,10 @@ void ZEL_CsvTableWriter::WriteToFile() {
     const std::u16string name = GetFileName(i);
     const std::string utf8Name = TarnStringUtil::wide_to_utf8(name);
     const bool exists = TarnFileUtil::FileExists(name);
-    ZEL_LOG_TRACE(kHeader, ZEL_MESSAGE(exists ? "Appending data to csv-file %s"
-                                              : "Creating csv-file %s",
-                                       utf8Name.c_str())
-                               .c_str());
+    ZEL_LOG_TRACE(kHeader,
+                  ZEL_MESSAGE(exists ? "Appending data to csv-file %s" : "Creating csv-file %s",
+                              utf8Name.c_str())
+                      .c_str());
     std::unique_ptr<std::FILE, FileCloser> file(
         TarnFileUtil::wfopen(name, exists ? u"at+" : u"wt"));
     if (!file)
@@ -83,16 +84,17 @@ void ZEL_CsvTableWriter::WriteToFile() {
 
     // Tokens i*max .. i*max+max-1; the range may reach past the last token.
     const std::int64_t first = i * maximum;
-    const std::int64_t last = std::min<std::int64_t>(first + maximum - 1,
-                                                     std::numeric_limits<int>::max());
+    const std::int64_t last =
+        std::min<std::int64_t>(first + maximum - 1, std::numeric_limits<int>::max());
     const std::string tokens =
         line_->GetLineTokens(static_cast<int>(first), static_cast<int>(last));
-    const bool written = std::fwrite(tokens.data(), 1, tokens.size(), file.get()) == tokens.size() &&
-                         std::fputc('\n', file.get()) != EOF;
+    const bool written =
+        std::fwrite(tokens.data(), 1, tokens.size(), file.get()) == tokens.size() &&
+        std::fputc('\n', file.get()) != EOF;
     const bool closed = std::fclose(file.release()) == 0;
     if (!written || !closed)
-      throw ZEL_CsvFileFailure(
-          ZEL_Code(), ZEL_MESSAGE("Could not write to csv-file \"%s\"!", utf8Name.c_str()),
-          kHeader);
+      throw ZEL_CsvFileFailure(ZEL_Code(),
+                               ZEL_MESSAGE("Could not write to csv-file \"%s\"!", utf8Name.c_str()),
+                               kHeader);
   }
 }

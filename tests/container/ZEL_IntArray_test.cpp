@@ -28,7 +28,9 @@ struct ForeignIntArray {
   std::int32_t* data;
 };
 
-std::vector<int> Elements(const ZEL_IntArray& a) { return std::vector<int>(a.begin(), a.end()); }
+std::vector<int> Elements(const ZEL_IntArray& a) {
+  return std::vector<int>(a.begin(), a.end());
+}
 
 // 2^60 ints (4 EiB) cannot be had; 2^62 ints overflow size_t when counted in
 // bytes and must not wrap to a small request.
@@ -73,8 +75,10 @@ TEST(ZEL_IntArray, PushBackGrowsByHalfFromTen) {
 }
 
 TEST(ZEL_IntArray, ReserveHasMinimumAndNeverShrinks) {
-  struct Case { std::uint64_t before, request, after; };
-  const Case cases[] = {{0, 0, 10}, {0, 3, 10}, {0, 10, 10}, {0, 11, 11},
+  struct Case {
+    std::uint64_t before, request, after;
+  };
+  const Case cases[] = {{0, 0, 10},  {0, 3, 10},   {0, 10, 10}, {0, 11, 11},
                         {20, 5, 20}, {20, 20, 20}, {20, 21, 21}};
   for (const Case& c : cases) {
     SCOPED_TRACE(std::to_string(c.before) + " then " + std::to_string(c.request));
@@ -105,7 +109,10 @@ TEST(ZEL_IntArray, ResizeKeepsCapacityAndZeroFillsRegrowth) {
 }
 
 TEST(ZEL_IntArray, InsertClampsItsPosition) {
-  struct Case { std::uint64_t position; std::vector<int> expected; };
+  struct Case {
+    std::uint64_t position;
+    std::vector<int> expected;
+  };
   const Case cases[] = {{0, {9, 1, 2, 3}},
                         {1, {1, 9, 2, 3}},
                         {3, {1, 2, 3, 9}},
@@ -152,8 +159,8 @@ TEST(ZEL_IntArray, RandomEditsMatchVector) {
   for (int v = -26; v <= 26; ++v) {
     SCOPED_TRACE(v);
     EXPECT_EQ(a.Count(v), static_cast<std::uint64_t>(std::count(oracle.begin(), oracle.end(), v)));
-    EXPECT_EQ(a.Find(v),
-              static_cast<std::uint64_t>(std::find(oracle.begin(), oracle.end(), v) - oracle.begin()));
+    EXPECT_EQ(a.Find(v), static_cast<std::uint64_t>(std::find(oracle.begin(), oracle.end(), v) -
+                                                    oracle.begin()));
   }
 }
 
@@ -170,13 +177,16 @@ TEST(ZEL_IntArray, FindOfMissingValueIsTheSize) {
 }
 
 TEST(ZEL_IntArray, SortAndUniqueMatchTheStandardAlgorithms) {
-  struct Case { std::vector<int> input, sorted, unique; };
+  struct Case {
+    std::vector<int> input, sorted, unique;
+  };
   const std::vector<Case> cases = {
       {{3, 1, 3, 2, 1}, {1, 1, 2, 3, 3}, {1, 2, 3}},
       {{}, {}, {}},
       {{7}, {7}, {7}},
       {{2, 2, 2}, {2, 2, 2}, {2}},
-      {{-2147483647 - 1, 2147483647, 0, -1}, {-2147483647 - 1, -1, 0, 2147483647},
+      {{-2147483647 - 1, 2147483647, 0, -1},
+       {-2147483647 - 1, -1, 0, 2147483647},
        {-2147483647 - 1, -1, 0, 2147483647}},
   };
   for (const Case& c : cases) {
@@ -329,7 +339,10 @@ TEST(ZEL_IntArray, AssignRawDataCopyHandlesOverlapAndNull) {
 }
 
 TEST(ZEL_IntArray, FailedReserveThrowsAndLeavesAnEmptyArray) {
-  struct Case { std::uint64_t request; const char* message; };
+  struct Case {
+    std::uint64_t request;
+    const char* message;
+  };
   const Case cases[] = {
       {kUnallocatable, "Failed to allocate memory for a integer array of size 1152921504606846976"},
       {kByteOverflow, "Failed to allocate memory for a integer array of size 4611686018427387904"},
@@ -364,7 +377,8 @@ TEST(ZEL_IntArray, FailedCountedConstructorNamesTheCapacity) {
       ADD_FAILURE() << "no failure";
     } catch (const ZEL_Failure& failure) {
       EXPECT_EQ(failure.GetMessage(),
-                "Failed to allocate memory for an integer array of capacity " + std::to_string(count));
+                "Failed to allocate memory for an integer array of capacity " +
+                    std::to_string(count));
     }
   }
 }

@@ -64,6 +64,7 @@ TEST(CsvLineWriter, StartsEmptyWithTheFlagSet) {
   EXPECT_STREQ(line.GetLine(), "");
   EXPECT_STREQ(line.GetSeparator(), ";");
   EXPECT_TRUE(line.GetInfNanFlag());
+  EXPECT_EQ(line.GetCapacity(), 100u);
 }
 
 TEST(CsvLineWriter, SeparatesValuesOfEveryKind) {
@@ -113,7 +114,10 @@ TEST(CsvLineWriter, ZeroCharactersDoNotEndTheLineEarly) {
 }
 
 TEST(CsvLineWriter, FreeFormatDoublesAreTheShortestText) {
-  struct Case { double value; const char* text; };
+  struct Case {
+    double value;
+    const char* text;
+  };
   const Case cases[] = {{0.0, "0.0"},         {-0.0, "-0.0"},       {1000.0, "1000.0"},
                         {12345.0, "12345.0"}, {100000.0, "1.0e+5"}, {0.1, "0.1"},
                         {0.0001, "0.0001"},   {0.00001, "1.0e-5"},  {0.015, "0.015"},
@@ -154,7 +158,8 @@ TEST(CsvLineWriter, FreeFormatRoundTripsEveryDouble) {
                                         std::numeric_limits<double>::min(),
                                         std::numeric_limits<double>::denorm_min(),
                                         -std::numeric_limits<double>::denorm_min(),
-                                        -2.2250738585072014e-308, 9007199254740993.0};
+                                        -2.2250738585072014e-308,
+                                        9007199254740993.0};
   for (double x : extremes) {
     written.push_back(x);
     line.AppendValue(x);
@@ -214,7 +219,11 @@ TEST(CsvLineWriter, NumbersNeedAFixedMinimumRoom) {
 }
 
 TEST(CsvLineWriter, EveryAppendHasItsOwnOutOfSpaceMessage) {
-  struct Case { const char* name; std::function<void(CsvLineWriter&)> append; const char* message; };
+  struct Case {
+    const char* name;
+    std::function<void(CsvLineWriter&)> append;
+    const char* message;
+  };
   const std::vector<Case> cases = {
       {"string", [](CsvLineWriter& l) { l.AppendValue(std::string("abc")); },
        "Out of space in the buffer while adding a string."},
@@ -308,7 +317,11 @@ TEST(CsvLineWriter, NanAndInfAreRefusedWhileTheFlagIsSet) {
 }
 
 TEST(CsvLineWriter, FormatsGetTheirLayoutArguments) {
-  struct Case { const char* name; std::function<void(CsvLineWriter&)> append; const char* text; };
+  struct Case {
+    const char* name;
+    std::function<void(CsvLineWriter&)> append;
+    const char* text;
+  };
   const std::vector<Case> cases = {
       // Rounded: fixed notation, exact binary value, trailing zeros trimmed.
       {"rounded 2.675", [](CsvLineWriter& l) { l.AppendRoundedValue(2.675, 2); }, "2.67"},
@@ -332,14 +345,18 @@ TEST(CsvLineWriter, FormatsGetTheirLayoutArguments) {
 }
 
 TEST(CsvLineWriter, LimitedLengthAndFixedFormatsReadBackClose) {
-  struct Case { double value; int digits; };
-  const Case cases[] = {{3.14159265358979, 2}, {-2.5, 0}, {123456.789, 3}, {1e-7, 4},
-                        {0.5, 1},              {1e22, 2}, {-7.0, 5}};
+  struct Case {
+    double value;
+    int digits;
+  };
+  const Case cases[] = {
+      {3.14159265358979, 2}, {-2.5, 0}, {123456.789, 3}, {1e-7, 4}, {0.5, 1}, {1e22, 2}, {-7.0, 5}};
   for (const Case& c : cases) {
     SCOPED_TRACE(std::to_string(c.value) + " prec " + std::to_string(c.digits));
     CsvLineWriter rounded(400, ",");
     rounded.AppendRoundedValue(c.value, c.digits);
-    const double tolerance = 0.5 * std::pow(10.0, -c.digits) * (1 + 1e-9) + std::abs(c.value) * 1e-15;
+    const double tolerance =
+        0.5 * std::pow(10.0, -c.digits) * (1 + 1e-9) + std::abs(c.value) * 1e-15;
     EXPECT_NEAR(ReadBack(rounded.GetLine()), c.value, tolerance);
     if (std::abs(c.value) < 1e17) {
       EXPECT_EQ(std::strchr(rounded.GetLine(), 'e'), nullptr) << rounded.GetLine();
@@ -402,12 +419,23 @@ TEST(CsvLineWriter, LongNumberTextsNeverPassTheEndOfTheBuffer) {
         line.SetPosExpFmtSwitch(static_cast<int>(rng() % 40));
         line.SetNegExpFmtSwitch(static_cast<int>(rng() % 40));
         switch (rng() % 6) {
-        case 0: line.AppendValue(x); break;
-        case 1: line.AppendValue(x, p); break;
-        case 2: line.AppendRoundedValue(x, p); break;
-        case 3: line.AppendValueFixedFmt(x, p); break;
-        case 4: line.AppendValue(static_cast<int>(rng())); break;
-        default: line.AppendValue(std::string(rng() % 20, 'q'));
+        case 0:
+          line.AppendValue(x);
+          break;
+        case 1:
+          line.AppendValue(x, p);
+          break;
+        case 2:
+          line.AppendRoundedValue(x, p);
+          break;
+        case 3:
+          line.AppendValueFixedFmt(x, p);
+          break;
+        case 4:
+          line.AppendValue(static_cast<int>(rng()));
+          break;
+        default:
+          line.AppendValue(std::string(rng() % 20, 'q'));
         }
       } catch (const std::runtime_error&) {
       }
@@ -417,17 +445,30 @@ TEST(CsvLineWriter, LongNumberTextsNeverPassTheEndOfTheBuffer) {
 }
 
 TEST(CsvLineWriter, GetLineTokensCutsBySeparator) {
-  struct Case { const char* line; const char* sep; int first, last; const char* expected; };
+  struct Case {
+    const char* line;
+    const char* sep;
+    int first, last;
+    const char* expected;
+  };
   const Case cases[] = {
-      {"a;b;c;d", ";", 0, 0, "a"},     {"a;b;c;d", ";", 1, 2, "b;c"},
-      {"a;b;c;d", ";", 0, 3, "a;b;c;d"}, {"a;b;c;d", ";", 3, 3, "d"},
-      {"a;b;c;d", ";", 2, 9, "c;d"},   {"a;b;c;d", ";", 4, 5, ""},
-      {"a;b;c;d", ";", 9, 12, ""},     {"a;b;c;d", ";", 2, 1, ""},
-      {"a;b;c;d", ";", -3, 0, "a"},    {"a;;c", ";", 1, 1, ""},
-      {"a;;c", ";", 1, 2, ";c"},       {"1, 2, 3", ", ", 1, 1, "2"},
+      {"a;b;c;d", ";", 0, 0, "a"},
+      {"a;b;c;d", ";", 1, 2, "b;c"},
+      {"a;b;c;d", ";", 0, 3, "a;b;c;d"},
+      {"a;b;c;d", ";", 3, 3, "d"},
+      {"a;b;c;d", ";", 2, 9, "c;d"},
+      {"a;b;c;d", ";", 4, 5, ""},
+      {"a;b;c;d", ";", 9, 12, ""},
+      {"a;b;c;d", ";", 2, 1, ""},
+      {"a;b;c;d", ";", -3, 0, "a"},
+      {"a;;c", ";", 1, 1, ""},
+      {"a;;c", ";", 1, 2, ";c"},
+      {"1, 2, 3", ", ", 1, 1, "2"},
       {"1, 2, 3", ", ", 1, 2147483647, "2, 3"},
-      {"x", ";", 0, 2147483647, "x"},  {"", ";", 0, 0, ""},
-      {"abc", "", 0, 0, "abc"},        {"abc", "", 1, 1, ""},
+      {"x", ";", 0, 2147483647, "x"},
+      {"", ";", 0, 0, ""},
+      {"abc", "", 0, 0, "abc"},
+      {"abc", "", 1, 1, ""},
       {"a,b;c", ";", 0, 0, "a,b"},
   };
   for (const Case& c : cases) {

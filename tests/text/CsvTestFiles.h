@@ -46,7 +46,9 @@ private:
 };
 
 /// ASCII text as UTF-16 (the scratch paths are ASCII).
-inline std::u16string Wide(const std::string& ascii) { return std::u16string(ascii.begin(), ascii.end()); }
+inline std::u16string Wide(const std::string& ascii) {
+  return std::u16string(ascii.begin(), ascii.end());
+}
 
 /// The whole file, or "<missing>" if it cannot be read.
 inline std::string ReadFile(const std::string& path) {

@@ -84,7 +84,8 @@ TEST(TarnCsvFileWriter, SecondOpenIsRefusedAndKeepsTheFirstFile) {
   ASSERT_TRUE(csv.OpenFile(Wide(dir.File("a.csv")).c_str(), TarnCsvFileWriter::FILE_CREATE));
   csv.AppendInt(1);
   std::string error;
-  EXPECT_FALSE(csv.OpenFile(Wide(dir.File("b.csv")).c_str(), error, TarnCsvFileWriter::FILE_CREATE));
+  EXPECT_FALSE(
+      csv.OpenFile(Wide(dir.File("b.csv")).c_str(), error, TarnCsvFileWriter::FILE_CREATE));
   EXPECT_EQ(error, "A file is already open");
   EXPECT_FALSE(std::filesystem::exists(dir.File("b.csv")));
   EXPECT_TRUE(csv.IsOpen());
@@ -97,8 +98,8 @@ TEST(TarnCsvFileWriter, OpenFailureGivesTheSystemText) {
   ScratchDir dir;
   TarnCsvFileWriter csv;
   std::string error;
-  EXPECT_FALSE(csv.OpenFile(Wide(dir.File("missing/x.csv")).c_str(), error,
-                            TarnCsvFileWriter::FILE_CREATE));
+  EXPECT_FALSE(
+      csv.OpenFile(Wide(dir.File("missing/x.csv")).c_str(), error, TarnCsvFileWriter::FILE_CREATE));
   EXPECT_EQ(error, "No such file or directory");
   EXPECT_FALSE(csv.IsOpen());
   EXPECT_FALSE(csv.OpenFile(Wide(dir.File("")).c_str(), error, TarnCsvFileWriter::FILE_APPEND));
@@ -106,7 +107,8 @@ TEST(TarnCsvFileWriter, OpenFailureGivesTheSystemText) {
   EXPECT_FALSE(csv.OpenFile(nullptr, error, TarnCsvFileWriter::FILE_CREATE));
   EXPECT_EQ(error, "Invalid argument");
   // A failed open leaves the writer usable.
-  ASSERT_TRUE(csv.OpenFile(Wide(dir.File("ok.csv")).c_str(), error, TarnCsvFileWriter::FILE_CREATE));
+  ASSERT_TRUE(
+      csv.OpenFile(Wide(dir.File("ok.csv")).c_str(), error, TarnCsvFileWriter::FILE_CREATE));
 }
 
 TEST(TarnCsvFileWriter, WithoutAFileNothingIsWrittenAndTheLineIsKept) {
@@ -149,7 +151,9 @@ TEST(TarnCsvFileWriter, NonAsciiNamesAreWrittenAsUtf8) {
   ASSERT_TRUE(csv.OpenFile(name.c_str(), TarnCsvFileWriter::FILE_CREATE));
   csv.WriteLine("1");
   csv.CloseFile();
-  EXPECT_EQ(ReadFile(dir.File("Gr\xc3\xb6\xc3\x9f" "e_\xce\xbb.csv")), "1\n");
+  EXPECT_EQ(ReadFile(dir.File("Gr\xc3\xb6\xc3\x9f"
+                              "e_\xce\xbb.csv")),
+            "1\n");
 }
 
 TEST(TarnCsvFileWriter, TableReadsBackBitExact) {

@@ -30,7 +30,10 @@ void FillLine(CsvLineWriter& line, int n, const std::string& prefix = "c") {
 } // namespace
 
 TEST(ZEL_CsvTableWriter, SplitsWideLinesOverNumberedFiles) {
-  struct Case { int columns; std::vector<std::string> files; };
+  struct Case {
+    int columns;
+    std::vector<std::string> files;
+  };
   const std::vector<Case> cases = {
       {7, {"c0,c1,c2\n", "c3,c4,c5\n", "c6\n"}},
       {6, {"c0,c1,c2\n", "c3,c4,c5\n", "\n"}}, // a multiple: the last file gets an empty line
@@ -51,13 +54,15 @@ TEST(ZEL_CsvTableWriter, SplitsWideLinesOverNumberedFiles) {
       const std::string name = i == 0 ? "results.csv" : "results_" + std::to_string(i) + ".csv";
       EXPECT_EQ(ReadFile(dir.File(name)), c.files[i]) << name;
     }
-    EXPECT_FALSE(std::filesystem::exists(
-        dir.File("results_" + std::to_string(c.files.size()) + ".csv")));
+    EXPECT_FALSE(
+        std::filesystem::exists(dir.File("results_" + std::to_string(c.files.size()) + ".csv")));
   }
 }
 
 TEST(ZEL_CsvTableWriter, NumberedNamesKeepTheExtensionAfterTheStem) {
-  struct Case { std::string name, second; };
+  struct Case {
+    std::string name, second;
+  };
   const std::vector<Case> cases = {{"results.csv", "results_1.csv"},
                                    {"table", "table_1"},
                                    {"a.b.txt", "a.b_1.txt"},

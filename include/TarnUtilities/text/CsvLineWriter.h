@@ -104,6 +104,8 @@ public:
   const char* GetLine() const { return start_; }
   /// Tokens appended since the last Clear (see the note on NaN above).
   std::uint64_t GetNumTokens() const { return numTokens_; }
+  /// Characters the line can hold (the constructor's capacity).
+  std::size_t GetCapacity() const { return capacity_ - 1; }
   /// Length of the line in characters.
   std::size_t GetCurrentLen() const { return static_cast<std::size_t>(end_ - start_); }
   bool IsEmpty() const { return end_ == start_; }
@@ -137,12 +139,12 @@ private:
                     const char* nanMessage, const char* infMessage);
   std::size_t Room() const { return static_cast<std::size_t>(last_ - end_); }
 
-  std::size_t capacity_;       ///< characters in the buffer, terminator included
+  std::size_t capacity_; ///< characters in the buffer, terminator included
   std::uint64_t numTokens_ = 0;
   std::unique_ptr<char[]> buffer_;
-  char* start_;                ///< first character of the line
-  char* end_;                  ///< where the next character goes
-  char* last_;                 ///< last usable position, kept for the terminator
+  char* start_; ///< first character of the line
+  char* end_;   ///< where the next character goes
+  char* last_;  ///< last usable position, kept for the terminator
   std::string separator_;
   bool refuseInfNan_ = true;
   std::unique_ptr<FloatingPointFormatter> formatter_;
