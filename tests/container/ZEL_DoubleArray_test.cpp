@@ -13,13 +13,6 @@
 
 namespace {
 
-// How a C or Fortran caller sees the array: three plain fields.
-struct ForeignDoubleArray {
-  std::uint64_t size;
-  std::uint64_t capacity;
-  double* data;
-};
-
 std::vector<double> Elements(const ZEL_DoubleArray& a) {
   return std::vector<double>(a.data, a.data + a.size);
 }
@@ -28,19 +21,6 @@ constexpr std::uint64_t kUnallocatable = std::uint64_t(1) << 59; // 4 EiB of dou
 constexpr std::uint64_t kByteOverflow = std::uint64_t(1) << 61;  // 2^64 bytes
 
 } // namespace
-
-TEST(ZEL_DoubleArray, ForeignCallerReadsTheSameFields) {
-  ZEL_DoubleArray a;
-  a.PushBack(1.5);
-  a.PushBack(-2.25);
-  ForeignDoubleArray view;
-  static_assert(sizeof(view) == sizeof(a), "mirror must match");
-  std::memcpy(&view, &a, sizeof(view));
-  EXPECT_EQ(view.size, 2u);
-  EXPECT_EQ(view.capacity, 2u);
-  ASSERT_EQ(view.data, a.data);
-  EXPECT_EQ(view.data[1], -2.25);
-}
 
 TEST(ZEL_DoubleArray, PushBackGrowsByHalfFromOne) {
   ZEL_DoubleArray a;

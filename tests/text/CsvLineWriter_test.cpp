@@ -344,38 +344,6 @@ TEST(CsvLineWriter, FormatsGetTheirLayoutArguments) {
   }
 }
 
-TEST(CsvLineWriter, LimitedLengthAndFixedFormatsReadBackClose) {
-  struct Case {
-    double value;
-    int digits;
-  };
-  const Case cases[] = {
-      {3.14159265358979, 2}, {-2.5, 0}, {123456.789, 3}, {1e-7, 4}, {0.5, 1}, {1e22, 2}, {-7.0, 5}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::to_string(c.value) + " prec " + std::to_string(c.digits));
-    CsvLineWriter rounded(400, ",");
-    rounded.AppendRoundedValue(c.value, c.digits);
-    const double tolerance =
-        0.5 * std::pow(10.0, -c.digits) * (1 + 1e-9) + std::abs(c.value) * 1e-15;
-    EXPECT_NEAR(ReadBack(rounded.GetLine()), c.value, tolerance);
-    if (std::abs(c.value) < 1e17) {
-      EXPECT_EQ(std::strchr(rounded.GetLine(), 'e'), nullptr) << rounded.GetLine();
-    }
-
-    CsvLineWriter scientific(400, ",");
-    scientific.AppendValueFixedFmt(c.value, c.digits);
-    const double relative = 0.5 * std::pow(10.0, -c.digits) * (1 + 1e-9) * std::abs(c.value) * 10;
-    EXPECT_NEAR(ReadBack(scientific.GetLine()), c.value, relative);
-  }
-  for (int digits : {8, 12, 20, 32}) {
-    SCOPED_TRACE(digits);
-    CsvLineWriter line(100, ",");
-    line.AppendValue(1.0 / 3.0, digits);
-    EXPECT_LE(line.GetCurrentLen(), static_cast<std::size_t>(digits));
-    EXPECT_NEAR(ReadBack(line.GetLine()), 1.0 / 3.0, std::pow(10.0, 3 - digits));
-  }
-}
-
 TEST(CsvLineWriter, LongNumberTextsNeverPassTheEndOfTheBuffer) {
   // 3e-30 rounded to 100 places has 102 characters (its binary value has
   // more than 100 decimals): the 25 characters of the room check are not

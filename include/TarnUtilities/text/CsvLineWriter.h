@@ -65,11 +65,17 @@ public:
   /// Free format, the shortest text that reads back exactly:
   ///   0.1 => "0.1",  1e5 => "1.0e+5",  -0.0 => "-0.0"
   void AppendValue(double value);
-  /// The most precise text of the value that fits in `digits` characters.
+  /// The most precise text of the value that fits in `digits` characters,
+  /// not padded; a field below 1 character gives an empty token.
+  ///   (3.14159265, 6) => "3.1416"    (123456789.0, 6) => "1.2e+8"
   void AppendValue(double value, int digits);
-  /// Fixed notation rounded to `precision` digits after the point.
+  /// Fixed notation of the exact binary value rounded to `precision`
+  /// decimals (ties to even), trailing zeros and a bare point removed;
+  /// magnitudes from 1e17 on take the exponent form.
+  ///   (2.675, 2) => "2.67"    (1.5, 3) => "1.5"    (2.0, 0) => "2"
   void AppendRoundedValue(double value, int precision);
-  /// Scientific notation with `precision` digits after the point.
+  /// Scientific notation with `precision` decimals, zeros kept.
+  ///   (12345.0, 2) => "1.23e+4"    (1.5, 3) => "1.500e+0"
   void AppendValueFixedFmt(double value, int precision);
   void AppendList(const std::vector<int>& values);
   void AppendList(const std::vector<double>& values);
