@@ -143,8 +143,12 @@ bool ShortestDigits128(const BinaryValue& v, DecimalDigits& out) {
     ++k;
   }
 
+  // A double needs at most 17 digits, so the bounds stay below
+  // 4 * 10^18 < 2^64 and fit one 64-bit word.
+  if (errR > 4)
+    return false;
   int n = 0;
-  u128 eR = errR, eM = errM;
+  uint64_t eR = static_cast<uint64_t>(errR), eM = static_cast<uint64_t>(errM);
   for (;;) {
     r *= 10;
     const int d = static_cast<int>(r >> kFracBits);
@@ -161,7 +165,7 @@ bool ShortestDigits128(const BinaryValue& v, DecimalDigits& out) {
       return false;
     if (tc1 == Certain::False && tc2 == Certain::False) {
       out.digits[n++] = char('0' + d);
-      if (n >= 20)
+      if (n >= 17)
         return false;
       continue;
     }
