@@ -24,5 +24,6 @@
 #include "TarnUtilities/system/TarnApplicationUtil.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
 #include "TarnUtilities/system/TarnFileUtil.h"
+#include "TarnUtilities/system/TextLinesParser.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
