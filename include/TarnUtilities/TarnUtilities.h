@@ -32,11 +32,13 @@
 #include "TarnUtilities/text/TarnStringTokenizer.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "TarnUtilities/text/TarnUtfUtil.h"
+#include "TarnUtilities/system/TarnApplicationUtil.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
 #include "TarnUtilities/system/TarnFileUtil.h"
 #include "TarnUtilities/text/CsvLineWriter.h"
 #include "TarnUtilities/text/TarnCsvFileWriter.h"
 #include "TarnUtilities/text/ZEL_CsvFileFailure.h"
 #include "TarnUtilities/text/ZEL_CsvTableWriter.h"
+#include "TarnUtilities/system/TextLinesParser.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H

@@ -151,6 +151,8 @@ TEST(TarnFileUtil, CreateDirRecursiveMakesEveryMissingParent) {
   EXPECT_TRUE(IsDirectory(dir / "s/v"));
   EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "s/w\\"), STATUS_OK);
   EXPECT_TRUE(IsDirectory(dir / "s/w"));
+  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "m//n//"), STATUS_OK);
+  EXPECT_TRUE(IsDirectory(dir / "m/n"));
 }
 
 TEST(TarnFileUtil, CreateDirRecursiveWorksRelativeToTheCurrentDirectory) {
@@ -314,6 +316,15 @@ TEST(TarnFileUtil, CwdAndFullPathName) {
   EXPECT_EQ(TarnFileUtil::GetFullPathNameW(u"../.."), W(dir.path().substr(0, dir.path().rfind('/'))));
   EXPECT_EQ(TarnFileUtil::GetFullPathNameW(u"/a/./b"), u"/a/b");
   EXPECT_EQ(TarnFileUtil::GetFullPathNameW(u""), u"");
+}
+
+TEST(TarnFileUtil, BackslashInTheCurrentDirectoryIsPartOfItsName) {
+  TempDir dir;
+  ::mkdir((dir / "a\\b").c_str(), 0755);
+  tarn_test::ScopedCwd cwd(dir / "a\\b");
+  EXPECT_EQ(TarnFileUtil::GetCwd(), dir.Wide("a\\b"));
+  // In the name given, '\\' separates; in the directory it does not.
+  EXPECT_EQ(TarnFileUtil::GetFullPathNameW(u"x\\y"), dir.Wide("a\\b/x/y"));
 }
 
 TEST(TarnFileUtil, CwdThatNoLongerExistsGivesEmptyNames) {
