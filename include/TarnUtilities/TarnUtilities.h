@@ -17,5 +17,6 @@
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "TarnUtilities/logging/ZelStatusCode.h"
 #include "TarnUtilities/system/TarnSysUtil.h"
+#include "TarnUtilities/math/TarnBigInteger.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
