@@ -18,5 +18,9 @@
 #include "TarnUtilities/logging/ZelStatusCode.h"
 #include "TarnUtilities/system/TarnSysUtil.h"
 #include "TarnUtilities/math/TarnBigInteger.h"
+#include "TarnUtilities/text/TarnStringFunctions.h"
+#include "TarnUtilities/text/TarnStringTokenizer.h"
+#include "TarnUtilities/text/TarnStringUtil.h"
+#include "TarnUtilities/text/TarnUtfUtil.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
