@@ -1,0 +1,145 @@
+//===- DecimalToDouble.cpp - Exact decimal to binary conversion -------------===//
+//
+// Chooses among the fast paths and the big-integer path, and holds the
+// big-integer path itself.
+//
+// A note about long inputs: only the first kMaxBigDigits significant digits
+// enter the big integer. Every double and every midpoint between two
+// adjacent doubles has at most 767 significant decimal digits, so none of
+// them lies strictly between the decimal D cut after 800 digits and D cut
+// plus one unit of its 800th digit. When a non-zero digit was cut, appending
+// the digit 1 in place of the rest gives a number on the same side of every
+// double and every midpoint, hence the same rounding; and the work stays
+// bounded however many digits the text holds.
+//
+//===----------------------------------------------------------------------===//
+#include "text/DecimalToDouble.h"
+
+#include "TarnUtilities/math/TarnBigInteger.h"
+
+#include <cassert>
+#include <cstring>
+#include <limits>
+
+namespace TarnFormatDetail {
+namespace {
+
+constexpr std::int64_t kMaxBigDigits = 800;
+
+// Decimal digits per MultAdd step: 10^9 < 2^32.
+constexpr int kChunkDigits = 9;
+constexpr std::uint32_t kChunkPow10[] = {1,      10,      100,      1000,      10000,
+                                         100000, 1000000, 10000000, 100000000, 1000000000};
+
+// Magnitudes whose first significant digit has a decimal exponent beyond
+// these bounds need no arithmetic: 10^309 exceeds the largest double, and
+// everything below 10^-324 lies under half the smallest subnormal (2^-1075,
+// about 2.47e-324).
+constexpr std::int64_t kMaxLeadExponent = 308;
+constexpr std::int64_t kMinLeadExponent = -324;
+
+double FromBits(std::uint64_t bits) {
+  double d;
+  std::memcpy(&d, &bits, sizeof d);
+  return d;
+}
+
+// Reads up to kMaxBigDigits significant digits of d into n and returns how
+// many went in; a final digit 1 stands for any non-zero digits cut off.
+std::int64_t ReadSignificantDigits(const DecimalText& d, TarnBigInteger& n) {
+  std::int64_t used = 0;
+  std::uint32_t chunk = 0;
+  int chunkLength = 0;
+  bool cutNonZero = false;
+  for (const char* p = d.digitsBegin; p != d.digitsEnd; ++p) {
+    if (*p == '.')
+      continue;
+    if (used == kMaxBigDigits) {
+      if (*p != '0') {
+        cutNonZero = true;
+        break;
+      }
+      continue;
+    }
+    chunk = chunk * 10 + static_cast<std::uint32_t>(*p - '0');
+    ++used;
+    if (++chunkLength == kChunkDigits) {
+      n.MultAdd(kChunkPow10[kChunkDigits], chunk);
+      chunk = 0;
+      chunkLength = 0;
+    }
+  }
+  n.MultAdd(kChunkPow10[chunkLength], chunk);
+  if (cutNonZero) {
+    n.MultAdd(10, 1);
+    ++used;
+  }
+  return used;
+}
+
+} // namespace
+
+std::uint64_t BigDecimalToBits(const DecimalText& d) {
+  TarnBigInteger a;
+  const std::int64_t used = ReadSignificantDigits(d, a);
+  // The value is a * 10^e = (a / b) * 2^e with b = 1 or b = 5^-e.
+  const std::int64_t e = d.leadExponent - (used - 1);
+  TarnBigInteger b(1);
+  if (e >= 0)
+    a.Pow5Mult(static_cast<std::uint64_t>(e));
+  else
+    b.Pow5Mult(static_cast<std::uint64_t>(-e));
+  // Scale by 2^s so that the quotient has 63 or 64 bits: a / b lies in
+  // (2^(bits(a)-bits(b)-1), 2^(bits(a)-bits(b)+1)).
+  const std::int64_t s =
+      63 - (static_cast<std::int64_t>(a.NumBits()) - static_cast<std::int64_t>(b.NumBits()));
+  if (s > 0)
+    a.Pow2Mult(static_cast<std::uint64_t>(s));
+  else if (s < 0)
+    b.Pow2Mult(static_cast<std::uint64_t>(-s));
+  TarnBigInteger remainder;
+  a.Div(b, &remainder);
+  assert(a.NumBits() >= 63 && a.NumBits() <= 64 && "quotient must have 63 or 64 bits");
+  return RoundToDoubleBits(a.ToUint64(), e - s, !remainder.IsZero());
+}
+
+double DecimalToDouble(const DecimalText& d) {
+  double magnitude = 0.0;
+  switch (d.kind) {
+  case DecimalText::kNone:
+    return 0.0;
+  case DecimalText::kInfinity:
+    magnitude = std::numeric_limits<double>::infinity();
+    break;
+  case DecimalText::kNaN:
+    magnitude = std::numeric_limits<double>::quiet_NaN();
+    break;
+  case DecimalText::kNumber:
+    if (d.digitCount == 0 || d.leadExponent < kMinLeadExponent) {
+      magnitude = 0.0;
+    } else if (d.leadExponent > kMaxLeadExponent) {
+      magnitude = std::numeric_limits<double>::infinity();
+    } else {
+      // Here WExponent() lies in [kMinPow5, kMaxPow5].
+      const std::int64_t q = d.WExponent();
+      std::uint64_t bits = 0;
+      if (!d.truncated) {
+        if (ClingerFastPath(d.w, q, magnitude))
+          break;
+        if (!EiselLemire(d.w, q, bits) && !ExactDyadic(d.w, q, bits))
+          bits = BigDecimalToBits(d);
+      } else {
+        // The value lies strictly between w * 10^q and (w + 1) * 10^q; when
+        // both round to the same double, so does the value.
+        std::uint64_t upper = 0;
+        if (!EiselLemire(d.w, q, bits) || !EiselLemire(d.w + 1, q, upper) || bits != upper)
+          bits = BigDecimalToBits(d);
+      }
+      magnitude = FromBits(bits);
+    }
+    break;
+  }
+  return d.negative ? -magnitude : magnitude;
+}
+
+} // namespace TarnFormatDetail

@@ -1,0 +1,72 @@
+//===- DecimalToDouble.h - Exact decimal to binary conversion ---*- C++ -*-===//
+//
+// The conversion behind TarnFormatUtil::str_to_double, in three stages that
+// are tried in order, each exact when it answers:
+//
+//   1. ClingerFastPath: at most 19 digits whose integer is exactly a double
+//      and a power of ten that is exactly a double; one IEEE multiplication
+//      or division rounds correctly (Clinger, "How to read floating point
+//      numbers accurately", 1990).
+//   2. EiselLemire: the 19-digit integer times a 128-bit approximation of
+//      5^q. It answers whenever the approximation error cannot reach the
+//      rounding position and declines otherwise (Lemire, "Number parsing at
+//      a gigabyte per second", 2021, after Eisel).
+//   3. BigDecimalToBits: big-integer division of the decimal by a power of
+//      two or five; always answers.
+//
+// Results are bit patterns of the magnitude (sign bit clear); the caller
+// applies the sign.
+//
+//===----------------------------------------------------------------------===//
+#ifndef TARNUTILITIES_SRC_TEXT_DECIMALTODOUBLE_H
+#define TARNUTILITIES_SRC_TEXT_DECIMALTODOUBLE_H
+
+#include "text/DecimalScanner.h"
+
+#include <cstdint>
+
+namespace TarnFormatDetail {
+
+constexpr std::uint64_t kInfinityBits = 0x7FF0000000000000ULL;
+constexpr std::uint64_t kFractionMask = (std::uint64_t(1) << 52) - 1;
+constexpr std::uint64_t kHiddenBit = std::uint64_t(1) << 52;
+
+/// Decimal exponents of the 128-bit table of powers of five. Below kMinPow5
+/// every 19-digit w * 10^q is under 10^-324 (rounds to 0); above kMaxPow5 it
+/// is at least 10^309 (rounds to infinity).
+constexpr int kMinPow5 = -342;
+constexpr int kMaxPow5 = 308;
+
+/// Computes floor(log2(10^q)) for q in [kMinPow5, kMaxPow5].
+/// 217706 = round(log2(10) * 2^16); the result is exact for every q of that
+/// range (checked against exact integer bit lengths when the table was made).
+inline std::int64_t FloorLog2Pow10(std::int64_t q) { return (q * 217706) >> 16; }
+
+/// Rounds the value m * 2^b (m > 0) to the nearest double, ties to even, and
+/// returns its bit pattern. `sticky` says that the exact value lies strictly
+/// above m * 2^b by less than 2^b. Precondition: m holds at least the bit
+/// below the last kept bit, which is always true when m has 55 bits or more.
+std::uint64_t RoundToDoubleBits(std::uint64_t m, std::int64_t b, bool sticky);
+
+/// Stage 1. Precondition: w < 10^19 is exact (no digits dropped).
+bool ClingerFastPath(std::uint64_t w, std::int64_t q, double& out);
+
+/// Stage 2: the bits of the double nearest to w * 10^q, or false when the
+/// 128-bit approximation leaves the rounding undecided.
+/// Precondition: w > 0, kMinPow5 <= q <= kMaxPow5.
+bool EiselLemire(std::uint64_t w, std::int64_t q, std::uint64_t& bits);
+
+/// Exact conversion of w * 10^q when 5^-q divides w (-27 <= q < 0): the
+/// value is then the integer w / 5^-q times 2^q. False when not applicable.
+bool ExactDyadic(std::uint64_t w, std::int64_t q, std::uint64_t& bits);
+
+/// Stage 3: the bits of the double nearest to the scanned number, from all
+/// its digits. Precondition: d.kind == kNumber, d.digitCount > 0.
+std::uint64_t BigDecimalToBits(const DecimalText& d);
+
+/// The double nearest to the scanned text, sign included; kNone gives 0.0.
+double DecimalToDouble(const DecimalText& d);
+
+} // namespace TarnFormatDetail
+
+#endif // TARNUTILITIES_SRC_TEXT_DECIMALTODOUBLE_H
