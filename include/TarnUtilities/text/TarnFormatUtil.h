@@ -81,6 +81,12 @@ public:
   ///   "1e+x"     => 1.0, end at "e+x"      " 1"      => 0.0, end at " 1"
   static double str_to_double(const char* s, const char** end);
 
+  /// The shortest text that reads back as the same float, laid out like the
+  /// free format of FloatingPointFormatter with its default switches.
+  /// NaN gives NAN_STRING, infinities INF_STRING with their sign.
+  ///   0.1f => "0.1";  1e10f => "1.0e+10";  -2.5f => "-2.5";  0.0f => "0.0"
+  static std::string float_to_str(float value);
+
   /// The value in signed decimal, filled with `fill` to at least `width`
   /// characters; never cut. With fillLeft the fill goes before the number
   /// (right-aligned; a '0' fill goes after the sign), otherwise after it.
