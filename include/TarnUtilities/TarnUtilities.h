@@ -25,5 +25,6 @@
 #include "TarnUtilities/text/TarnStringTokenizer.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "TarnUtilities/text/TarnUtfUtil.h"
+#include "TarnUtilities/text/TarnFormatUtil.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H

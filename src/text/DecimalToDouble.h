@@ -23,6 +23,7 @@
 
 #include "text/DecimalScanner.h"
 
+#include <cassert>
 #include <cstdint>
 
 namespace TarnFormatDetail {
@@ -42,11 +43,51 @@ constexpr int kMaxPow5 = 308;
 /// range (checked against exact integer bit lengths when the table was made).
 inline std::int64_t FloorLog2Pow10(std::int64_t q) { return (q * 217706) >> 16; }
 
+/// Where the double nearest to m * 2^b (m > 0) cuts m.
+struct RoundingCut {
+  std::int64_t exponent; ///< floor(log2(m * 2^b))
+  std::int64_t dropped;  ///< low bits of m below the last bit the double keeps
+};
+
+/// Computes the cut: a double keeps 53 significant bits of a normal value and
+/// every bit from 2^-1074 upward of a subnormal one.
+inline RoundingCut CutFor(std::uint64_t m, std::int64_t b) {
+  const std::int64_t topBit = 63 - __builtin_clzll(m);
+  const std::int64_t exponent = topBit + b;
+  return {exponent, exponent >= -1022 ? topBit - 52 : -1074 - b};
+}
+
+/// The bits of m below bit n, for n from 0 to 64 and beyond.
+inline std::uint64_t LowBits(std::uint64_t m, std::int64_t n) {
+  return n >= 64 ? m : m & ((std::uint64_t(1) << n) - 1);
+}
+
 /// Rounds the value m * 2^b (m > 0) to the nearest double, ties to even, and
 /// returns its bit pattern. `sticky` says that the exact value lies strictly
 /// above m * 2^b by less than 2^b. Precondition: m holds at least the bit
 /// below the last kept bit, which is always true when m has 55 bits or more.
-std::uint64_t RoundToDoubleBits(std::uint64_t m, std::int64_t b, bool sticky);
+inline std::uint64_t RoundToDoubleBits(std::uint64_t m, std::int64_t b, bool sticky) {
+  const RoundingCut cut = CutFor(m, b);
+  if (cut.exponent > 1023)
+    return kInfinityBits;
+  if (cut.dropped > 64)
+    return 0; // below 2^-1075 even with the sticky part: rounds to zero
+  assert(cut.dropped >= 1 && "m must hold the rounding bit");
+  std::uint64_t mantissa = cut.dropped == 64 ? 0 : m >> cut.dropped;
+  const bool half = (m >> (cut.dropped - 1)) & 1;
+  const bool above = sticky || LowBits(m, cut.dropped - 1) != 0;
+  if (half && (above || (mantissa & 1)))
+    ++mantissa;
+  if (cut.exponent < -1022)
+    return mantissa; // subnormal; a carry to 2^52 is the smallest normal
+  std::int64_t exponent = cut.exponent;
+  if (mantissa == (kHiddenBit << 1)) {
+    mantissa = kHiddenBit;
+    if (++exponent > 1023)
+      return kInfinityBits;
+  }
+  return (static_cast<std::uint64_t>(exponent + 1023) << 52) | (mantissa & kFractionMask);
+}
 
 /// Stage 1. Precondition: w < 10^19 is exact (no digits dropped).
 bool ClingerFastPath(std::uint64_t w, std::int64_t q, double& out);
@@ -66,6 +107,10 @@ std::uint64_t BigDecimalToBits(const DecimalText& d);
 
 /// The double nearest to the scanned text, sign included; kNone gives 0.0.
 double DecimalToDouble(const DecimalText& d);
+
+/// Scans the NUL-terminated text s and converts it: str_to_double without
+/// the null check. *end (when end is not null) receives the end of the number.
+double ReadDouble(const char* s, const char** end);
 
 } // namespace TarnFormatDetail
 

@@ -89,10 +89,7 @@ double TarnFormatUtil::str_to_double(const char* s, const char** end) {
       *end = s;
     return 0.0;
   }
-  const DecimalText d = ScanDecimal(s, Unbounded());
-  if (end != nullptr)
-    *end = d.end;
-  return TarnFormatDetail::DecimalToDouble(d);
+  return TarnFormatDetail::ReadDouble(s, end);
 }
 
 std::string TarnFormatUtil::int_to_str(int value, char fill, int width, bool fillLeft) {
