@@ -13,8 +13,13 @@
 #include "TarnUtilities/logging/ZEL_Code.h"
 #include "TarnUtilities/logging/ZEL_Exception.h"
 #include "TarnUtilities/logging/ZEL_Failure.h"
+#include "TarnUtilities/logging/ZEL_LogConfig.h"
+#include "TarnUtilities/logging/ZEL_LogListener.h"
+#include "TarnUtilities/logging/ZEL_Logging.h"
+#include "TarnUtilities/logging/ZEL_Loglevels.h"
 #include "TarnUtilities/logging/ZEL_LogMacros.h"
 #include "TarnUtilities/logging/ZEL_Message.h"
+#include "TarnUtilities/logging/ZEL_XmlString.h"
 #include "TarnUtilities/logging/ZelStatusCode.h"
 #include "TarnUtilities/system/TarnSysUtil.h"
 #include "TarnUtilities/math/TarnBigInteger.h"
@@ -26,5 +31,7 @@
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "TarnUtilities/text/TarnUtfUtil.h"
 #include "TarnUtilities/text/TarnFormatUtil.h"
+#include "TarnUtilities/system/TarnFileNameUtil.h"
+#include "TarnUtilities/system/TarnFileUtil.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
