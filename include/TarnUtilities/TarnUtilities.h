@@ -33,6 +33,7 @@
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "TarnUtilities/text/TarnUtfUtil.h"
 #include "TarnUtilities/system/TarnApplicationUtil.h"
+#include "TarnUtilities/text/TarnFormatUtil.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
 #include "TarnUtilities/system/TarnFileUtil.h"
 #include "TarnUtilities/text/CsvLineWriter.h"
