@@ -17,5 +17,9 @@
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "TarnUtilities/logging/ZelStatusCode.h"
 #include "TarnUtilities/system/TarnSysUtil.h"
+#include "TarnUtilities/text/TarnStringFunctions.h"
+#include "TarnUtilities/text/TarnStringTokenizer.h"
+#include "TarnUtilities/text/TarnStringUtil.h"
+#include "TarnUtilities/text/TarnUtfUtil.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
