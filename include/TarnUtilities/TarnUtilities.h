@@ -21,5 +21,7 @@
 #include "TarnUtilities/text/TarnStringTokenizer.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "TarnUtilities/text/TarnUtfUtil.h"
+#include "TarnUtilities/system/TarnFileNameUtil.h"
+#include "TarnUtilities/system/TarnFileUtil.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
