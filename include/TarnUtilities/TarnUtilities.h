@@ -23,5 +23,10 @@
 #include "TarnUtilities/text/TarnUtfUtil.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
 #include "TarnUtilities/system/TarnFileUtil.h"
+#include "TarnUtilities/text/TarnParCommand.h"
+#include "TarnUtilities/text/TarnParFile.h"
+#include "TarnUtilities/text/TarnParFileLine.h"
+#include "TarnUtilities/text/TarnParFileParser.h"
+#include "TarnUtilities/text/TarnParSubCommand.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H

@@ -148,9 +148,11 @@ void TarnParFileParser::ParseInto(std::u16string fileName, const std::string& lo
                                   name.c_str(), kMaxIncludeDepth),
                       kParserHeader);
 
+  // A directory "exists" but is no file to read.
   TextLinesParser text;
   std::string errorText;
-  if (!text.LoadTextFromFile(fileName.c_str(), errorText))
+  if ((identified && S_ISDIR(status.st_mode)) ||
+      !text.LoadTextFromFile(fileName.c_str(), errorText))
     throw ZEL_Failure(ZEL_Code(),
                       ZEL_MESSAGE("Error opening parameter file \"%s\" for reading.", name.c_str()),
                       kParserHeader);
