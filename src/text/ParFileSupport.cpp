@@ -24,11 +24,4 @@ bool EqualsNoCase(const std::string& a, const std::string& b) {
   return true;
 }
 
-bool StartsWithNoCase(const std::string& s, std::size_t pos, const char* lowerPrefix) {
-  for (std::size_t i = 0; lowerPrefix[i] != '\0'; ++i, ++pos)
-    if (pos >= s.size() || ToLowerAscii(s[pos]) != lowerPrefix[i])
-      return false;
-  return true;
-}
-
 } // namespace TarnParDetail

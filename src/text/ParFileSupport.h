@@ -34,9 +34,6 @@ inline bool IsBlank(char c) { return c == ' ' || (c >= 9 && c <= 13); }
 std::string ToLowerCopy(const std::string& s);
 /// True when a and b are equal with ASCII letters folded.
 bool EqualsNoCase(const std::string& a, const std::string& b);
-/// True when s[pos..] begins with the lower-case word `lowerPrefix`,
-/// ASCII letters of s folded.
-bool StartsWithNoCase(const std::string& s, std::size_t pos, const char* lowerPrefix);
 
 } // namespace TarnParDetail
 

@@ -8,6 +8,8 @@
 #include "text/ParFileSupport.h"
 
 #include <climits>
+#include <memory>
+#include <string_view>
 
 using namespace TarnParDetail;
 
@@ -31,6 +33,7 @@ const TarnParFile& TarnParFile::Parse() {
   // Two states: outside a command only a COMMAND line matters; inside one
   // every line up to the END line is collected. Comment lines and lines of
   // undefined contents carry nothing and are skipped in both states.
+  const auto sharedName = std::make_shared<const std::u16string>(fileName_);
   std::vector<TarnParFileLine> pending;
   bool insideCommand = false;
   const std::size_t lineCount = text.GetNumLines();
@@ -39,7 +42,7 @@ const TarnParFile& TarnParFile::Parse() {
     if (*raw == '\0')
       continue;
     const int lineNumber = i < static_cast<std::size_t>(INT_MAX) ? static_cast<int>(i + 1) : INT_MAX;
-    TarnParFileLine line(raw, fileName_, lineNumber);
+    TarnParFileLine line(std::string_view(raw), sharedName, lineNumber);
     const TarnParFileLine::LineType type = line.getLineType();
     if (!insideCommand) {
       if (type == TarnParFileLine::COMMAND) {

@@ -6,19 +6,103 @@
 #include "text/ParFileSupport.h"
 
 #include <algorithm>
+#include <array>
 
 using namespace TarnParDetail;
+
+namespace {
+
+// Character classes of the line-type scan, one table look-up per byte.
+enum : unsigned char {
+  kLetter = 1,
+  kDigit = 2,
+  kComma = 4,
+  kEquals = 8,
+  kParenthesis = 16,
+};
+
+constexpr std::array<unsigned char, 256> MakeClasses() {
+  std::array<unsigned char, 256> classes{};
+  for (int c = 'a'; c <= 'z'; ++c)
+    classes[c] = kLetter;
+  for (int c = 'A'; c <= 'Z'; ++c)
+    classes[c] = kLetter;
+  for (int c = '0'; c <= '9'; ++c)
+    classes[c] = kDigit;
+  classes[','] = kComma;
+  classes['='] = kEquals;
+  classes['('] = kParenthesis;
+  classes[')'] = kParenthesis;
+  return classes;
+}
+constexpr std::array<unsigned char, 256> kClasses = MakeClasses();
+
+// The text without the blanks (TarnStringUtil::WHITE_SPACES_ALL) at its ends.
+std::string_view Trimmed(std::string_view text) {
+  std::size_t first = 0;
+  std::size_t last = text.size();
+  while (first < last && IsBlank(text[first]))
+    ++first;
+  while (last > first && IsBlank(text[last - 1]))
+    --last;
+  return text.substr(first, last - first);
+}
+
+bool StartsWithNoCase(std::string_view text, std::string_view lowerPrefix) {
+  if (text.size() < lowerPrefix.size())
+    return false;
+  for (std::size_t i = 0; i < lowerPrefix.size(); ++i)
+    if (ToLowerAscii(text[i]) != lowerPrefix[i])
+      return false;
+  return true;
+}
+
+// Appends the maximal runs of bytes other than separator, each trimmed; the
+// same rule as TarnStringUtil::Split followed by Trim, without building a
+// tokenizer for every line.
+void AppendSplit(std::string_view text, char separator, std::vector<std::string>& out) {
+  std::size_t pos = 0;
+  while (pos < text.size()) {
+    while (pos < text.size() && text[pos] == separator)
+      ++pos;
+    if (pos == text.size())
+      break;
+    const std::size_t end = std::min(text.find(separator, pos), text.size());
+    out.emplace_back(Trimmed(text.substr(pos, end - pos)));
+    pos = end;
+  }
+}
+
+const std::u16string& NoFileName() {
+  static const std::u16string empty;
+  return empty;
+}
+
+} // namespace
 
 TarnParFileLine::TarnParFileLine() = default;
 
 TarnParFileLine::TarnParFileLine(const std::string& rawLine, const std::u16string& fileName,
                                  int lineNumber)
-    : fileName_(fileName), lineNumber_(lineNumber) {
-  line_ = trimComments(rawLine);
-  TarnStringUtil::Trim(line_);
+    : fileName_(std::make_shared<const std::u16string>(fileName)), lineNumber_(lineNumber) {
+  analyse(rawLine);
+}
+
+TarnParFileLine::TarnParFileLine(std::string_view rawLine,
+                                 std::shared_ptr<const std::u16string> fileName, int lineNumber)
+    : fileName_(std::move(fileName)), lineNumber_(lineNumber) {
+  analyse(rawLine);
+}
+
+const std::u16string& TarnParFileLine::getFileName() const {
+  return fileName_ ? *fileName_ : NoFileName();
+}
+
+void TarnParFileLine::analyse(std::string_view rawLine) {
+  line_.assign(Trimmed(trimComments(rawLine)));
   lineType_ = determineLineType();
   if (TraceEnabled()) {
-    const std::string name = TarnStringUtil::wide_to_utf8(fileName_);
+    const std::string name = TarnStringUtil::wide_to_utf8(getFileName());
     ZEL_LogMacros::trace(__FILE__, __LINE__, kLineHeader,
                          ZEL_MESSAGE("File: %s Line nr: %d Line type: %d Line parsed: %s",
                                      name.c_str(), lineNumber_, static_cast<int>(lineType_),
@@ -47,61 +131,51 @@ void TarnParFileLine::dumpTrace() const {
 // Markers are neither letters nor blanks, so their positions in the copy are
 // their positions in the raw line less the leading blanks, and no copy is
 // needed to find them.
-std::string TarnParFileLine::trimComments(const std::string& rawLine) {
-  std::size_t cut = rawLine.size();
+std::string_view TarnParFileLine::trimComments(std::string_view rawLine) {
   std::size_t lead = 0;
   while (lead < rawLine.size() && IsBlank(rawLine[lead]))
     ++lead;
-  for (const char marker : {'!', '$', '#'}) {
-    const std::size_t at = rawLine.find(marker, lead);
-    if (at != std::string::npos)
-      cut = std::min(cut, at - lead);
-  }
+  const std::string_view copy = rawLine.substr(lead);
   // Whole-line comments: "** ..." and every line beginning "com" in any case.
-  if (StartsWithNoCase(rawLine, lead, "**") || StartsWithNoCase(rawLine, lead, "com"))
-    cut = 0;
-  return rawLine.substr(0, cut);
+  if (StartsWithNoCase(copy, "**") || StartsWithNoCase(copy, "com"))
+    return rawLine.substr(0, 0);
+  std::size_t marker = 0;
+  while (marker < copy.size() && copy[marker] != '!' && copy[marker] != '$' &&
+         copy[marker] != '#')
+    ++marker;
+  return marker < copy.size() ? rawLine.substr(0, marker) : rawLine;
 }
 
 TarnParFileLine::LineType TarnParFileLine::determineLineType() {
   if (line_.empty())
     return EMPTY;
-  if (EqualsNoCase(line_, "list_begin"))
+  if (line_.size() == 10 && StartsWithNoCase(line_, "list_begin"))
     return LIST_BEGIN;
-  if (StartsWithNoCase(line_, 0, "end_"))
+  if (StartsWithNoCase(line_, "end_"))
     return END;
-  if (StartsWithNoCase(line_, 0, "id_name"))
+  if (StartsWithNoCase(line_, "id_name"))
     return ID_NAME;
 
-  bool hasLetter = false;
-  bool hasDigit = false;
-  bool hasComma = false;
-  bool hasEquals = false;
-  bool hasParenthesis = false;
-  for (const char c : line_) {
-    hasLetter = hasLetter || IsLetter(c);
-    hasDigit = hasDigit || IsDigit(c);
-    hasComma = hasComma || c == ',';
-    hasEquals = hasEquals || c == '=';
-    hasParenthesis = hasParenthesis || c == '(' || c == ')';
-  }
+  unsigned char seen = 0;
+  for (const char c : line_)
+    seen |= kClasses[static_cast<unsigned char>(c)];
 
-  if (!hasLetter) {
-    if (hasDigit)
+  if (!(seen & kLetter)) {
+    if (seen & kDigit)
       return VALUES;
     ZEL_LogMacros::warning(
         __FILE__, __LINE__, kLineHeader,
         ZEL_MESSAGE("Line # %d has an undefined contents. Ignoring.", lineNumber_).c_str());
     return UNDEFINED;
   }
-  if (hasEquals)
+  if (seen & kEquals)
     return ASSIGNMENT;
-  if (hasComma)
-    return StartsWithNoCase(line_, 0, "include") ? INCLUDE : OLD_COMMAND;
-  if (hasParenthesis)
+  if (seen & kComma)
+    return StartsWithNoCase(line_, "include") ? INCLUDE : OLD_COMMAND;
+  if (seen & kParenthesis)
     return PARENTHESIZED;
-  if (StartsWithNoCase(line_, 0, "exit") || StartsWithNoCase(line_, 0, "sf_ident") ||
-      StartsWithNoCase(line_, 0, "save") || StartsWithNoCase(line_, 0, "list")) {
+  if (StartsWithNoCase(line_, "exit") || StartsWithNoCase(line_, "sf_ident") ||
+      StartsWithNoCase(line_, "save") || StartsWithNoCase(line_, "list")) {
     if (DebugEnabled())
       ZEL_LogMacros::debug(
           __FILE__, __LINE__, kLineHeader,
@@ -115,23 +189,35 @@ TarnParFileLine::LineType TarnParFileLine::determineLineType() {
 }
 
 // Key and values: "a = 1, 2" gives {"a", "1", "2"}. Of "a = b = c" only the
-// first and the last part count ({"a", "c"}); lines without "=" are split at
-// the commas alone.
+// first and the last part between "=" count ({"a", "c"}); a line with fewer
+// than two parts is split at its commas alone.
 void TarnParFileLine::tokenize() {
-  std::vector<std::string> parts;
-  TarnStringUtil::Split(line_, "=", parts);
-  if (parts.empty()) {
+  const std::string_view text = line_;
+  std::string_view first;
+  std::string_view last;
+  std::size_t parts = 0;
+  for (std::size_t pos = 0; pos < text.size();) {
+    while (pos < text.size() && text[pos] == '=')
+      ++pos;
+    if (pos == text.size())
+      break;
+    const std::size_t end = std::min(text.find('=', pos), text.size());
+    last = text.substr(pos, end - pos);
+    if (parts++ == 0)
+      first = last;
+    pos = end;
+  }
+  if (parts == 0) {
     ZEL_LogMacros::warning(
         __FILE__, __LINE__, kLineHeader,
         ZEL_MESSAGE("Line # %d has a command which cannot be parsed. Ignoring.", lineNumber_)
             .c_str());
     return;
   }
-  if (parts.size() == 1) {
-    TarnStringUtil::Split(line_, ",", tokens_);
-  } else {
-    TarnStringUtil::Split(parts.back(), ",", tokens_);
-    tokens_.insert(tokens_.begin(), std::move(parts.front()));
+  if (parts == 1) {
+    AppendSplit(text, ',', tokens_);
+    return;
   }
-  TarnStringUtil::Trim(tokens_);
+  tokens_.emplace_back(Trimmed(first));
+  AppendSplit(last, ',', tokens_);
 }

@@ -22,8 +22,11 @@
 
 #include "TarnUtilities/Export.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class TARN_API TarnParFileLine {
@@ -56,7 +59,7 @@ public:
   /// have tokens of their own.
   const std::vector<std::string>& getTokens() const { return tokens_; }
   LineType getLineType() const { return lineType_; }
-  const std::u16string& getFileName() const { return fileName_; }
+  const std::u16string& getFileName() const;
   int getLineNumber() const { return lineNumber_; }
 
   /// Appends a token (the command model collects list values this way).
@@ -66,14 +69,19 @@ public:
 
 private:
   friend class TarnParSubCommand; // takes the tokens over from a spent line
+  friend class TarnParFile;       // shares one file name among all lines of a file
 
-  std::string trimComments(const std::string& rawLine);
+  TarnParFileLine(std::string_view rawLine, std::shared_ptr<const std::u16string> fileName,
+                  int lineNumber);
+  void analyse(std::string_view rawLine);
+  static std::string_view trimComments(std::string_view rawLine);
   LineType determineLineType();
   void tokenize();
 
   LineType lineType_ = EMPTY;
   std::string line_;
-  std::u16string fileName_;
+  // Shared, since every line of a file carries the same name.
+  std::shared_ptr<const std::u16string> fileName_;
   std::int32_t lineNumber_ = 0;
   std::vector<std::string> tokens_;
 };
