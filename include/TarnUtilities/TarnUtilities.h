@@ -21,6 +21,7 @@
 #include "TarnUtilities/text/TarnStringTokenizer.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "TarnUtilities/text/TarnUtfUtil.h"
+#include "TarnUtilities/system/TarnApplicationUtil.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
 #include "TarnUtilities/system/TarnFileUtil.h"
 #include "TarnUtilities/text/TarnParCommand.h"
@@ -28,5 +29,6 @@
 #include "TarnUtilities/text/TarnParFileLine.h"
 #include "TarnUtilities/text/TarnParFileParser.h"
 #include "TarnUtilities/text/TarnParSubCommand.h"
+#include "TarnUtilities/system/TextLinesParser.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
