@@ -19,6 +19,7 @@ enum : unsigned char {
   kComma = 4,
   kEquals = 8,
   kParenthesis = 16,
+  kCommentMarker = 32,
 };
 
 constexpr std::array<unsigned char, 256> MakeClasses() {
@@ -33,9 +34,23 @@ constexpr std::array<unsigned char, 256> MakeClasses() {
   classes['='] = kEquals;
   classes['('] = kParenthesis;
   classes[')'] = kParenthesis;
+  classes['!'] = kCommentMarker;
+  classes['$'] = kCommentMarker;
+  classes['#'] = kCommentMarker;
   return classes;
 }
 constexpr std::array<unsigned char, 256> kClasses = MakeClasses();
+
+bool Is(char c, unsigned char classes) {
+  return (kClasses[static_cast<unsigned char>(c)] & classes) != 0;
+}
+
+// The position of the first separator at or after pos, or the size.
+std::size_t FindOrEnd(std::string_view text, char separator, std::size_t pos) {
+  while (pos < text.size() && text[pos] != separator)
+    ++pos;
+  return pos;
+}
 
 // The text without the blanks (TarnStringUtil::WHITE_SPACES_ALL) at its ends.
 std::string_view Trimmed(std::string_view text) {
@@ -67,7 +82,7 @@ void AppendSplit(std::string_view text, char separator, std::vector<std::string>
       ++pos;
     if (pos == text.size())
       break;
-    const std::size_t end = std::min(text.find(separator, pos), text.size());
+    const std::size_t end = FindOrEnd(text, separator, pos);
     out.emplace_back(Trimmed(text.substr(pos, end - pos)));
     pos = end;
   }
@@ -140,8 +155,7 @@ std::string_view TarnParFileLine::trimComments(std::string_view rawLine) {
   if (StartsWithNoCase(copy, "**") || StartsWithNoCase(copy, "com"))
     return rawLine.substr(0, 0);
   std::size_t marker = 0;
-  while (marker < copy.size() && copy[marker] != '!' && copy[marker] != '$' &&
-         copy[marker] != '#')
+  while (marker < copy.size() && !Is(copy[marker], kCommentMarker))
     ++marker;
   return marker < copy.size() ? rawLine.substr(0, marker) : rawLine;
 }
@@ -201,7 +215,7 @@ void TarnParFileLine::tokenize() {
       ++pos;
     if (pos == text.size())
       break;
-    const std::size_t end = std::min(text.find('=', pos), text.size());
+    const std::size_t end = FindOrEnd(text, '=', pos);
     last = text.substr(pos, end - pos);
     if (parts++ == 0)
       first = last;
@@ -214,10 +228,9 @@ void TarnParFileLine::tokenize() {
             .c_str());
     return;
   }
-  if (parts == 1) {
-    AppendSplit(text, ',', tokens_);
-    return;
-  }
-  tokens_.emplace_back(Trimmed(first));
-  AppendSplit(last, ',', tokens_);
+  const std::string_view values = parts == 1 ? text : last;
+  tokens_.reserve(2 + static_cast<std::size_t>(std::count(values.begin(), values.end(), ',')));
+  if (parts > 1)
+    tokens_.emplace_back(Trimmed(first));
+  AppendSplit(values, ',', tokens_);
 }
