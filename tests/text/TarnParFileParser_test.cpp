@@ -204,7 +204,11 @@ TEST(TarnParFileParser, IncludesAreReadAtTheirPlace) {
                         "INCLUDE sub/beside\n"
                         "include ,, \"listed.par\"\n"
                         "include 'both'\n"
+                        "include, shadow.par\n"
                         "CMD\nat = main2\nEND_\n");
+  // A file beside the including file wins over the directory list.
+  dir.Write("shadow.par", "CMD\nat = shadow_beside\nEND_\n");
+  dir.Write("inc1/shadow.par", "CMD\nat = shadow_listed\nEND_\n");
   dir.Write("abs.par", "CMD\nat = abs\nEND_\n");
   dir.Write("sub/beside.par", "CMD\nat = beside\nEND_\ninclude, nested.par\n");
   dir.Write("sub/nested.par", "CMD\nat = nested\nEND_\n");
@@ -219,6 +223,7 @@ TEST(TarnParFileParser, IncludesAreReadAtTheirPlace) {
                     {{"at", "nested"}},
                     {{"at", "listed1"}},
                     {{"at", "both2"}},
+                    {{"at", "shadow_beside"}},
                     {{"at", "main2"}}}));
 }
 

@@ -198,18 +198,27 @@ TEST(TarnParFile, CommandWithoutEndIsDroppedWithAWarning) {
                           "' has no END_ line. Ignoring it."));
 }
 
-TEST(TarnParFile, MissingFileThrows) {
+TEST(TarnParFile, UnreadableFileThrows) {
   ParTempDir dir;
-  TarnParFile file(dir.WidePath("absent.par"));
-  try {
-    file.Parse();
-    FAIL() << "no failure";
-  } catch (const ZEL_Failure& failure) {
-    EXPECT_EQ(failure.GetMessage(), "The file '" + dir.Path("absent.par") +
-                                        "' cannot be opened.\nSystem error message: "
-                                        "No such file or directory");
-    EXPECT_FALSE(failure.GetCode().exists());
-    EXPECT_EQ(failure.GetHeader(), "[%T|%n|%P|TarnUtilities|TarnParFile] ");
+  dir.Write("folder.par/inside", "");
+  struct Case {
+    const char* name;
+    const char* systemText;
+  };
+  for (const Case& c : {Case{"absent.par", "No such file or directory"},
+                        Case{"folder.par", "Is a directory"}}) {
+    SCOPED_TRACE(c.name);
+    TarnParFile file(dir.WidePath(c.name));
+    try {
+      file.Parse();
+      FAIL() << "no failure";
+    } catch (const ZEL_Failure& failure) {
+      EXPECT_EQ(failure.GetMessage(), "The file '" + dir.Path(c.name) +
+                                          "' cannot be opened.\nSystem error message: " +
+                                          c.systemText);
+      EXPECT_FALSE(failure.GetCode().exists());
+      EXPECT_EQ(failure.GetHeader(), "[%T|%n|%P|TarnUtilities|TarnParFile] ");
+    }
   }
 }
 
