@@ -23,6 +23,7 @@ struct TarnParFileParser::IncludeChain {
     std::string name;
   };
   std::vector<Entry> files;
+  int includedFilesRead = 0;
 };
 
 namespace {
@@ -146,6 +147,14 @@ void TarnParFileParser::ParseInto(std::u16string fileName, const std::string& lo
     throw ZEL_Failure(ZEL_Code(),
                       ZEL_MESSAGE("Parameter file \"%s\" is included more than %d levels deep.",
                                   name.c_str(), kMaxIncludeDepth),
+                      kParserHeader);
+
+  if (!chain.files.empty() && ++chain.includedFilesRead > kMaxIncludedFiles)
+    throw ZEL_Failure(ZEL_Code(),
+                      ZEL_MESSAGE("Parameter file \"%s\" is not read: more than %d include files "
+                                  "are read for \"%s\".",
+                                  name.c_str(), kMaxIncludedFiles,
+                                  chain.files.front().name.c_str()),
                       kParserHeader);
 
   // A directory "exists" but is no file to read.

@@ -273,6 +273,23 @@ TEST(TarnParFileParser, IncludeDepthIsBounded) {
   EXPECT_EQ(Read(dir.WidePath("f0.par"), "cmd").size(), 1u);
 }
 
+TEST(TarnParFileParser, IncludedFilesAreCounted) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  // Every level includes the next one twice: 2 + 4 + ... + 2^14 files.
+  constexpr int kLevels = 14;
+  for (int i = 0; i < kLevels; ++i) {
+    const std::string next = "include, f" + std::to_string(i + 1) + ".par\n";
+    dir.Write("f" + std::to_string(i) + ".par", next + next);
+  }
+  dir.Write("f" + std::to_string(kLevels) + ".par", "CMD\nEND_\n");
+  const std::string message = FailureOf(dir.WidePath("f0.par"), "cmd");
+  EXPECT_THAT(message, ::testing::EndsWith("\" is not read: more than 10000 include files are "
+                                           "read for \"" + dir.Path("f0.par") + "\"."));
+  // Reading the same file more than once without a cycle is fine.
+  EXPECT_EQ(Read(dir.WidePath("f" + std::to_string(kLevels - 3) + ".par"), "cmd").size(), 8u);
+}
+
 TEST(TarnParFileParser, LogsEveryFileAtDebugLevel) {
   ParTempDir dir;
   ParLogCapture log;

@@ -20,7 +20,8 @@
 // Include files are looked for as named, then beside the including file,
 // then under each include directory in turn; a missing include file is a
 // warning. Failures (missing file, syntax error in a block, a block without
-// END_, an include cycle, includes nested too deeply) throw ZEL_Failure.
+// END_, an include cycle, includes nested too deeply or too many include
+// files) throw ZEL_Failure.
 //
 //===----------------------------------------------------------------------===//
 #ifndef TARNUTILITIES_TEXT_TARNPARFILEPARSER_H
@@ -43,6 +44,9 @@ public:
 
   /// Includes may nest this deep below the file given to ParseParameterFile.
   static constexpr int kMaxIncludeDepth = 64;
+  /// At most this many include files are read for one call, so that files
+  /// that include others several times cannot multiply without end.
+  static constexpr int kMaxIncludedFiles = 10000;
 
   /// The blocks of commandName (ASCII case ignored) in fileName and its
   /// includes. A name without extension that does not exist is read with
