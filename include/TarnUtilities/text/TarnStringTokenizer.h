@@ -73,6 +73,11 @@ public:
   void ResetContent();
 
 private:
+  void UpdateSoleSeparator(const char* chars);
+  static std::size_t SplitAtTable(char* buf, std::size_t len, const unsigned char* sep,
+                                  char** tokens);
+  static std::size_t SplitAtByte(char* buf, std::size_t len, char sep, char** tokens);
+
   std::uint64_t capacity_;          // maximal line length + 1
   std::unique_ptr<char[]> buffer_;  // copy of the line, token ends set to NUL
   std::unique_ptr<char*[]> tokens_; // token starts inside buffer_
@@ -80,6 +85,7 @@ private:
   std::int64_t lineLen_ = 0;        // bytes copied from the current line
   unsigned char separators_[kTableSize];
   bool separatorsSet_ = false;
+  int singleSeparator_ = -1;        // the byte when the set has exactly one
 };
 
 #endif // TARNUTILITIES_TEXT_TARNSTRINGTOKENIZER_H
