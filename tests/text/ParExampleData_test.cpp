@@ -20,7 +20,7 @@ const std::string kData = std::string(TARN_SOURCE_DIR) + "/examples/data/";
 }
 
 TEST(ParExampleData, CommandModelOfTheMainFile) {
-  ParLogCapture quiet;
+  ParLogCapture log;
   TarnParFile model(Wide(kData + "model.par"));
   model.Parse();
   std::vector<std::string> commands;
@@ -36,6 +36,7 @@ TEST(ParExampleData, CommandModelOfTheMainFile) {
       model.getParCommandIdName("results").getSubCommands("list_begin");
   ASSERT_EQ(list.size(), 1u);
   EXPECT_THAT(list[0].getValues(), ElementsAre("density", "displacement", "von_mises"));
+  EXPECT_THAT(log.Messages("WARNING"), ::testing::IsEmpty());
 }
 
 TEST(ParExampleData, WordReaderFollowsTheIncludes) {
