@@ -160,8 +160,8 @@ private:
 
 int main(int argc, char** argv) {
   // Production log level: INFO and above.
-  ACE_Log_Msg::instance()->priority_mask(LM_INFO | LM_NOTICE | LM_WARNING | LM_ERROR |
-                                             LM_CRITICAL | LM_ALERT | LM_EMERGENCY,
+  ACE_Log_Msg::instance()->priority_mask(LM_INFO | LM_NOTICE | LM_WARNING | LM_ERROR | LM_CRITICAL |
+                                             LM_ALERT | LM_EMERGENCY,
                                          ACE_Log_Msg::PROCESS);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv))

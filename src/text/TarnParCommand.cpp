@@ -6,8 +6,7 @@
 
 using namespace TarnParDetail;
 
-TarnParCommand::TarnParCommand(const TarnParFileLine& commandLine)
-    : name_(commandLine.getLine()) {}
+TarnParCommand::TarnParCommand(const TarnParFileLine& commandLine) : name_(commandLine.getLine()) {}
 
 const TarnParSubCommand& TarnParCommand::append(const TarnParSubCommand& subCommand) {
   subCommands_.push_back(subCommand);

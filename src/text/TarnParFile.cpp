@@ -41,7 +41,8 @@ const TarnParFile& TarnParFile::Parse() {
     const char* raw = text.GetLine(i);
     if (*raw == '\0')
       continue;
-    const int lineNumber = i < static_cast<std::size_t>(INT_MAX) ? static_cast<int>(i + 1) : INT_MAX;
+    const int lineNumber =
+        i < static_cast<std::size_t>(INT_MAX) ? static_cast<int>(i + 1) : INT_MAX;
     TarnParFileLine line(std::string_view(raw), sharedName, lineNumber);
     const TarnParFileLine::LineType type = line.getLineType();
     if (!insideCommand) {

@@ -119,13 +119,12 @@ void TarnParFileParser::ParseInto(std::u16string fileName, const std::string& lo
     throw ZEL_Failure(ZEL_Code(), ZEL_MESSAGE("Parameter file \"%s\" does not exist", name.c_str()),
                       kParserHeader);
   if (DebugEnabled())
-    ZEL_LogMacros::debug(
-        __FILE__, __LINE__, kParserHeader,
-        (includeLevel == 0
-             ? ZEL_MESSAGE("Parsing parameter file \"%s\".", name.c_str())
-             : ZEL_MESSAGE("Parsing parameter file \"%s\", include level %d.", name.c_str(),
-                           includeLevel))
-            .c_str());
+    ZEL_LogMacros::debug(__FILE__, __LINE__, kParserHeader,
+                         (includeLevel == 0
+                              ? ZEL_MESSAGE("Parsing parameter file \"%s\".", name.c_str())
+                              : ZEL_MESSAGE("Parsing parameter file \"%s\", include level %d.",
+                                            name.c_str(), includeLevel))
+                             .c_str());
 
   struct stat status {};
   const bool identified = ::stat(name.c_str(), &status) == 0;
@@ -165,8 +164,8 @@ void TarnParFileParser::ParseInto(std::u16string fileName, const std::string& lo
     throw ZEL_Failure(ZEL_Code(),
                       ZEL_MESSAGE("Error opening parameter file \"%s\" for reading.", name.c_str()),
                       kParserHeader);
-  chain.files.push_back({identified ? status.st_dev : dev_t(), identified ? status.st_ino : ino_t(),
-                         name});
+  chain.files.push_back(
+      {identified ? status.st_dev : dev_t(), identified ? status.st_ino : ino_t(), name});
 
   const std::size_t lineCount = text.GetNumLines();
   for (std::size_t i = 0; i < lineCount; ++i) {
@@ -232,8 +231,8 @@ TarnParFileParser::Block TarnParFileParser::ReadBlock(const TextLinesParser& tex
     if (*cursor != '=')
       ThrowForLine("'=' expected in line\n    %s\n of the parameter file \"%s\".", line, fileName);
     if (key.empty())
-      ThrowForLine("Key expected before '=' in line\n    %s\n of the parameter file \"%s\".",
-                   line, fileName);
+      ThrowForLine("Key expected before '=' in line\n    %s\n of the parameter file \"%s\".", line,
+                   fileName);
     ++cursor;
     while (IsBlank(*cursor))
       ++cursor;
@@ -247,15 +246,14 @@ TarnParFileParser::Block TarnParFileParser::ReadBlock(const TextLinesParser& tex
                       QuotedLine(line).c_str(), fileName.c_str())
               .c_str());
     if (*cursor != '\0' && *cursor != '!')
-      ThrowForLine("Unexpected symbols found in line\n    %s\n of the parameter file \"%s\".",
-                   line, fileName);
+      ThrowForLine("Unexpected symbols found in line\n    %s\n of the parameter file \"%s\".", line,
+                   fileName);
     block.emplace_back(std::move(key), std::move(value));
   }
-  throw ZEL_Failure(
-      ZEL_Code(),
-      ZEL_MESSAGE("End of file reached before END_ command is found in file \"%s\".",
-                  fileName.c_str()),
-      kParserHeader);
+  throw ZEL_Failure(ZEL_Code(),
+                    ZEL_MESSAGE("End of file reached before END_ command is found in file \"%s\".",
+                                fileName.c_str()),
+                    kParserHeader);
 }
 
 std::string TarnParFileParser::GetNextWordInLowerCase(const char*& cursor) {

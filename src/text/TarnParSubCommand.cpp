@@ -20,8 +20,8 @@ TarnParSubCommand::TarnParSubCommand(TarnParFileLine&& line)
       values_(std::move(line.tokens_)) {}
 
 TarnParSubCommand::TarnParSubCommand(const TarnParFileLine& line, const std::string& name)
-    : name_(name), lineType_(line.getLineType()), line_(line.getLine()),
-      values_(line.getTokens()) {}
+    : name_(name), lineType_(line.getLineType()), line_(line.getLine()), values_(line.getTokens()) {
+}
 
 std::string TarnParSubCommand::getValueLine() const {
   const std::size_t equals = line_.find('=');

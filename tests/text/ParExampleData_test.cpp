@@ -28,9 +28,9 @@ TEST(ParExampleData, CommandModelOfTheMainFile) {
     commands.push_back(command.getName() + "/" + command.getIdName());
   EXPECT_THAT(commands, ElementsAre("OPTIMIZATION/bracket_topology", "DESIGN_AREA/web",
                                     "DESIGN_AREA/flange", "OUTPUT/results"));
-  EXPECT_EQ(model.getParCommandIdName("bracket_topology")
-                .getFirstSubCommandFirstValue("volume_fraction"),
-            "0.35");
+  EXPECT_EQ(
+      model.getParCommandIdName("bracket_topology").getFirstSubCommandFirstValue("volume_fraction"),
+      "0.35");
   EXPECT_EQ(model.getParCommandIdName("web").getFirstSubCommandFirstValue("elements"), "1001");
   const std::vector<TarnParSubCommand> list =
       model.getParCommandIdName("results").getSubCommands("list_begin");

@@ -133,7 +133,12 @@ TEST(TarnParFileLine, ClassifiesInTheOrderOfTheTests) {
       {"= , ( )", Type::UNDEFINED, "= , ( )", {}},
       // Bytes above 127 are neither letters nor digits.
       {"\xC3\xA9\xC3\xA8", Type::UNDEFINED, "\xC3\xA9\xC3\xA8", {}},
-      {"Gr\xC3\xB6\xC3\x9F" "e", Type::COMMAND, "Gr\xC3\xB6\xC3\x9F" "e", {}},
+      {"Gr\xC3\xB6\xC3\x9F"
+       "e",
+       Type::COMMAND,
+       "Gr\xC3\xB6\xC3\x9F"
+       "e",
+       {}},
   });
 }
 
@@ -150,7 +155,9 @@ TEST(TarnParFileLine, TokenisesKeyAndLastPart) {
       {"key =", Type::ASSIGNMENT, "key =", {"key ="}},
       {"= key", Type::ASSIGNMENT, "= key", {"= key"}},
       {"abc, def = 1", Type::ASSIGNMENT, "abc, def = 1", {"abc, def", "1"}},
-      {"My_Key = Some Value, X", Type::ASSIGNMENT, "My_Key = Some Value, X",
+      {"My_Key = Some Value, X",
+       Type::ASSIGNMENT,
+       "My_Key = Some Value, X",
        {"My_Key", "Some Value", "X"}},
       {"\tkey\t=\tv\t", Type::ASSIGNMENT, "key\t=\tv", {"key", "v"}},
   });
@@ -189,7 +196,8 @@ TEST(TarnParFileLine, WarnsAboutUndefinedContents) {
   ParLogCapture log;
   const TarnParFileLine line("-- .", u"m.par", 12);
   EXPECT_EQ(line.getLineType(), TarnParFileLine::UNDEFINED);
-  EXPECT_THAT(log.Messages("WARNING"), ElementsAre("Line # 12 has an undefined contents. Ignoring."));
+  EXPECT_THAT(log.Messages("WARNING"),
+              ElementsAre("Line # 12 has an undefined contents. Ignoring."));
   ASSERT_FALSE(log.lines.empty());
   EXPECT_EQ(log.lines[0].header, "TarnUtilities|TarnParFileLine");
 }

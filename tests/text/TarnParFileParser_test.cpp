@@ -99,8 +99,7 @@ TEST(TarnParFileParser, EndLines) {
   dir.Write("m.par", "CMD\na = 1\nEND_\n"
                      "cmd\nb = 2\n  end_ trailing words\n"
                      "CMD\nc = 3\nEND_CMD\n");
-  EXPECT_EQ(Read(dir.WidePath("m.par"), "cmd"),
-            (Blocks{{{"a", "1"}}, {{"b", "2"}}, {{"c", "3"}}}));
+  EXPECT_EQ(Read(dir.WidePath("m.par"), "cmd"), (Blocks{{{"a", "1"}}, {{"b", "2"}}, {{"c", "3"}}}));
 }
 
 TEST(TarnParFileParser, AddsTheDefaultExtension) {
@@ -148,9 +147,9 @@ TEST(TarnParFileParser, SyntaxErrorsInBlocksThrow) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.line);
     dir.Write("m.par", std::string("CMD\nok = 1\n") + c.line + "\nEND_\n");
-    EXPECT_EQ(FailureOf(dir.WidePath("m.par"), "cmd"),
-              std::string(c.messageStart) + c.line + "\n of the parameter file \"" +
-                  dir.Path("m.par") + "\".");
+    EXPECT_EQ(FailureOf(dir.WidePath("m.par"), "cmd"), std::string(c.messageStart) + c.line +
+                                                           "\n of the parameter file \"" +
+                                                           dir.Path("m.par") + "\".");
   }
 }
 
@@ -188,7 +187,8 @@ TEST(TarnParFileParser, UnterminatedQuoteGivesAnEmptyValueAndAWarning) {
   ParLogCapture log;
   dir.Write("m.par", "CMD\na = \"open\nb = 'x\nEND_\n");
   EXPECT_EQ(Read(dir.WidePath("m.par"), "cmd"), (Blocks{{{"a", ""}, {"b", ""}}}));
-  const std::string file = " of the parameter file \"" + dir.Path("m.par") + "\". The value is empty.";
+  const std::string file =
+      " of the parameter file \"" + dir.Path("m.par") + "\". The value is empty.";
   EXPECT_THAT(log.Messages("WARNING"),
               ElementsAre("Closing quote missing in line\n    a = \"open\n" + file,
                           "Closing quote missing in line\n    b = 'x\n" + file));
@@ -200,12 +200,14 @@ TEST(TarnParFileParser, IncludesAreReadAtTheirPlace) {
   // Included by absolute name, beside the including file, through the
   // directory list (first match wins), nested, with and without extension.
   dir.Write("main.par", "CMD\nat = main1\nEND_\n"
-                        "include, " + dir.Path("abs.par") + "\n"
-                        "INCLUDE sub/beside\n"
-                        "include ,, \"listed.par\"\n"
-                        "include 'both'\n"
-                        "include, shadow.par\n"
-                        "CMD\nat = main2\nEND_\n");
+                        "include, " +
+                            dir.Path("abs.par") +
+                            "\n"
+                            "INCLUDE sub/beside\n"
+                            "include ,, \"listed.par\"\n"
+                            "include 'both'\n"
+                            "include, shadow.par\n"
+                            "CMD\nat = main2\nEND_\n");
   // A file beside the including file wins over the directory list.
   dir.Write("shadow.par", "CMD\nat = shadow_beside\nEND_\n");
   dir.Write("inc1/shadow.par", "CMD\nat = shadow_listed\nEND_\n");
@@ -216,15 +218,14 @@ TEST(TarnParFileParser, IncludesAreReadAtTheirPlace) {
   dir.Write("inc2/listed.par", "CMD\nat = listed2\nEND_\n");
   dir.Write("inc2/both.par", "CMD\nat = both2\nEND_\n");
   const Dirs dirs = {dir.WidePath("inc1"), dir.WidePath("inc2/")};
-  EXPECT_EQ(Read(dir.WidePath("main.par"), "cmd", dirs),
-            (Blocks{{{"at", "main1"}},
-                    {{"at", "abs"}},
-                    {{"at", "beside"}},
-                    {{"at", "nested"}},
-                    {{"at", "listed1"}},
-                    {{"at", "both2"}},
-                    {{"at", "shadow_beside"}},
-                    {{"at", "main2"}}}));
+  EXPECT_EQ(Read(dir.WidePath("main.par"), "cmd", dirs), (Blocks{{{"at", "main1"}},
+                                                                 {{"at", "abs"}},
+                                                                 {{"at", "beside"}},
+                                                                 {{"at", "nested"}},
+                                                                 {{"at", "listed1"}},
+                                                                 {{"at", "both2"}},
+                                                                 {{"at", "shadow_beside"}},
+                                                                 {{"at", "main2"}}}));
 }
 
 TEST(TarnParFileParser, IncludeProblemsAreWarnings) {
@@ -254,9 +255,8 @@ TEST(TarnParFileParser, IncludeCyclesThrow) {
   dir.Write("b.par", "include, sub/c\n");
   dir.Write("sub/c.par", "include, ../b.par\n");
   EXPECT_EQ(FailureOf(dir.WidePath("a.par"), "cmd"),
-            "Parameter file \"" + dir.Path("b.par") + "\" includes itself: \"" +
-                dir.Path("b.par") + "\" -> \"" + dir.Path("sub/c.par") + "\" -> \"" +
-                dir.Path("sub/../b.par") + "\"");
+            "Parameter file \"" + dir.Path("b.par") + "\" includes itself: \"" + dir.Path("b.par") +
+                "\" -> \"" + dir.Path("sub/c.par") + "\" -> \"" + dir.Path("sub/../b.par") + "\"");
 }
 
 TEST(TarnParFileParser, IncludeDepthIsBounded) {
@@ -265,7 +265,8 @@ TEST(TarnParFileParser, IncludeDepthIsBounded) {
   const int files = TarnParFileParser::kMaxIncludeDepth + 2;
   for (int i = 0; i < files; ++i)
     dir.Write("f" + std::to_string(i) + ".par", "include, f" + std::to_string(i + 1) + ".par\n");
-  const std::string deepest = dir.Path("f" + std::to_string(TarnParFileParser::kMaxIncludeDepth + 1) + ".par");
+  const std::string deepest =
+      dir.Path("f" + std::to_string(TarnParFileParser::kMaxIncludeDepth + 1) + ".par");
   EXPECT_EQ(FailureOf(dir.WidePath("f0.par"), "cmd"),
             "Parameter file \"" + deepest + "\" is included more than 64 levels deep.");
   // Exactly the maximum is fine.
@@ -285,7 +286,8 @@ TEST(TarnParFileParser, IncludedFilesAreCounted) {
   dir.Write("f" + std::to_string(kLevels) + ".par", "CMD\nEND_\n");
   const std::string message = FailureOf(dir.WidePath("f0.par"), "cmd");
   EXPECT_THAT(message, ::testing::EndsWith("\" is not read: more than 10000 include files are "
-                                           "read for \"" + dir.Path("f0.par") + "\"."));
+                                           "read for \"" +
+                                           dir.Path("f0.par") + "\"."));
   // Reading the same file more than once without a cycle is fine.
   EXPECT_EQ(Read(dir.WidePath("f" + std::to_string(kLevels - 3) + ".par"), "cmd").size(), 8u);
 }
@@ -328,7 +330,8 @@ TEST(TarnParFileParser, LineEndsNulBytesAndLongLines) {
       {"no final line end", "CMD\na = 1\nEND_", {{{"a", "1"}}}},
       {"empty file", "", {}},
       {"NUL bytes", std::string(kNul, sizeof kNul - 1), {{{"a", "1"}}}},
-      {"line longer than 10000 bytes", "CMD\nlong = " + longValue + "\nEND_\n",
+      {"line longer than 10000 bytes",
+       "CMD\nlong = " + longValue + "\nEND_\n",
        {{{"long", longValue}}}},
   };
   for (const Case& c : cases) {

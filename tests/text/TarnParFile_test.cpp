@@ -68,17 +68,17 @@ TEST(TarnParFile, GroupsCommandsAndIgnoresLinesOutsideThem) {
   ParTempDir dir;
   ParLogCapture quiet;
   const TarnParFile file = ParseText(dir, kModel);
-  EXPECT_THAT(Outline(file), ElementsAre("command WING id Left",          //
-                                         "  5 ID_NAME [ID_NAME;Left;]",   //
-                                         "  4 span [span;12.5;3;]",       //
-                                         "  4 Chord [Chord;2;]",          //
-                                         "  6 1.0 2.0 []",                //
-                                         "  9 f(x) []",                   //
-                                         "  1 exit [exit;]",              //
-                                         "command wing id right",         //
-                                         "  5 id_name [id_name;right;]",  //
-                                         "  4 SPAN [SPAN;11;]",           //
-                                         "command TAIL id ",              //
+  EXPECT_THAT(Outline(file), ElementsAre("command WING id Left",         //
+                                         "  5 ID_NAME [ID_NAME;Left;]",  //
+                                         "  4 span [span;12.5;3;]",      //
+                                         "  4 Chord [Chord;2;]",         //
+                                         "  6 1.0 2.0 []",               //
+                                         "  9 f(x) []",                  //
+                                         "  1 exit [exit;]",             //
+                                         "command wing id right",        //
+                                         "  5 id_name [id_name;right;]", //
+                                         "  4 SPAN [SPAN;11;]",          //
+                                         "command TAIL id ",             //
                                          "  4 area [area;4;]"));
   EXPECT_EQ(file.size(), 3u);
   EXPECT_EQ(file.getFileName(), dir.WidePath("m.par"));
@@ -137,7 +137,8 @@ TEST(TarnParFile, SubCommandValues) {
     std::size_t index;
     const char* valueLine;
   };
-  for (const Case& c : {Case{0, "single"}, Case{1, "a, b = c , d"}, Case{2, ""}, Case{3, "7 8 9"}}) {
+  for (const Case& c :
+       {Case{0, "single"}, Case{1, "a, b = c , d"}, Case{2, ""}, Case{3, "7 8 9"}}) {
     SCOPED_TRACE(subs[c.index].getLine());
     EXPECT_EQ(subs[c.index].getValueLine(), c.valueLine);
   }
@@ -185,7 +186,8 @@ TEST(TarnParFile, SkipsCommentAndUndefinedLinesInsideBlocks) {
                                           "a = 1\n"
                                           "END_\n");
   EXPECT_THAT(Outline(file), ElementsAre("command CMD id ", "  4 a [a;1;]"));
-  EXPECT_THAT(log.Messages("WARNING"), ElementsAre("Line # 5 has an undefined contents. Ignoring."));
+  EXPECT_THAT(log.Messages("WARNING"),
+              ElementsAre("Line # 5 has an undefined contents. Ignoring."));
 }
 
 TEST(TarnParFile, CommandWithoutEndIsDroppedWithAWarning) {
@@ -205,17 +207,17 @@ TEST(TarnParFile, UnreadableFileThrows) {
     const char* name;
     const char* systemText;
   };
-  for (const Case& c : {Case{"absent.par", "No such file or directory"},
-                        Case{"folder.par", "Is a directory"}}) {
+  for (const Case& c :
+       {Case{"absent.par", "No such file or directory"}, Case{"folder.par", "Is a directory"}}) {
     SCOPED_TRACE(c.name);
     TarnParFile file(dir.WidePath(c.name));
     try {
       file.Parse();
       FAIL() << "no failure";
     } catch (const ZEL_Failure& failure) {
-      EXPECT_EQ(failure.GetMessage(), "The file '" + dir.Path(c.name) +
-                                          "' cannot be opened.\nSystem error message: " +
-                                          c.systemText);
+      EXPECT_EQ(failure.GetMessage(),
+                "The file '" + dir.Path(c.name) +
+                    "' cannot be opened.\nSystem error message: " + c.systemText);
       EXPECT_FALSE(failure.GetCode().exists());
       EXPECT_EQ(failure.GetHeader(), "[%T|%n|%P|TarnUtilities|TarnParFile] ");
     }
