@@ -40,6 +40,11 @@
 #include "TarnUtilities/text/TarnCsvFileWriter.h"
 #include "TarnUtilities/text/ZEL_CsvFileFailure.h"
 #include "TarnUtilities/text/ZEL_CsvTableWriter.h"
+#include "TarnUtilities/text/TarnParCommand.h"
+#include "TarnUtilities/text/TarnParFile.h"
+#include "TarnUtilities/text/TarnParFileLine.h"
+#include "TarnUtilities/text/TarnParFileParser.h"
+#include "TarnUtilities/text/TarnParSubCommand.h"
 #include "TarnUtilities/system/TextLinesParser.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
