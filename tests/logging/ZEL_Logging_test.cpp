@@ -20,6 +20,7 @@
 
 using testing::HasSubstr;
 using testing::StartsWith;
+using tarn_test::Wide;
 
 namespace {
 
@@ -37,8 +38,6 @@ std::vector<std::string> Lines() {
 }
 
 const char* const kHeader = "[%T|%n|%P|TarnUtilities|LoggingTest] ";
-
-std::u16string Wide(const std::string& s) { return TarnStringUtil::utf8_to_wide(s.c_str()); }
 
 // Every test starts without a logger and a listener and leaves none behind.
 class LoggingTest : public testing::Test {
@@ -62,7 +61,7 @@ protected:
     ZEL_Logging::Init("logtest", config, Wide(dir_.path()));
     ZEL_Logging::SetListener(&Collect);
   }
-  std::string LogText() const { return tarn_test::ReadFile(dir_.file("test.log")); }
+  std::string LogText() const { return tarn_test::ReadFile(dir_ / "test.log"); }
 
   tarn_test::TempDir dir_;
 };
@@ -191,7 +190,7 @@ TEST_F(LoggingTest, ListenerReceivesUtf16) {
 }
 
 TEST_F(LoggingTest, LogFileIsAppendedOrReplaced) {
-  tarn_test::WriteFile(dir_.file("test.log"), "old line\n");
+  tarn_test::WriteFile(dir_ / "test.log", "old line\n");
   Start(ZEL_Loglevels::NOTICE);
   ZEL_LogMacros::notice("f", 1, "", "new line");
   EXPECT_EQ(LogText(), "old line\n(NOTICE  ) new line\n");
@@ -207,10 +206,10 @@ TEST_F(LoggingTest, LogFileIsAppendedOrReplaced) {
 TEST_F(LoggingTest, LogFileWithDirectoryIsUsedAsGiven) {
   tarn_test::TempDir other;
   ZEL_LogConfig config;
-  config.logFile = Wide(other.file("elsewhere.log"));
+  config.logFile = Wide(other / "elsewhere.log");
   Start(ZEL_Loglevels::NOTICE, config);
   ZEL_LogMacros::notice("f", 1, "", "there");
-  EXPECT_EQ(tarn_test::ReadFile(other.file("elsewhere.log")), "(NOTICE  ) there\n");
+  EXPECT_EQ(tarn_test::ReadFile(other / "elsewhere.log"), "(NOTICE  ) there\n");
 }
 
 TEST_F(LoggingTest, LinesFromAStdThreadReachEveryDestination) {
@@ -257,7 +256,7 @@ TEST_F(LoggingTest, ReconfigurationReachesRunningThreads) {
   cv.notify_all();
   worker.join();
   EXPECT_EQ(LogText(), "(NOTICE  ) first file\n");
-  EXPECT_EQ(tarn_test::ReadFile(dir_.file("second.log")), "(NOTICE  ) second file\n");
+  EXPECT_EQ(tarn_test::ReadFile(dir_ / "second.log"), "(NOTICE  ) second file\n");
 }
 
 namespace {
@@ -318,7 +317,7 @@ TEST_F(LoggingTest, XmlFileReplacesTextUnlessAskedForBoth) {
   Start(ZEL_Loglevels::NOTICE, config);
   ZEL_Logging::Failure(ChainOfThree());
   EXPECT_TRUE(Lines().empty());
-  EXPECT_EQ(tarn_test::ReadFile(dir_.file("failure.xml")),
+  EXPECT_EQ(tarn_test::ReadFile(dir_ / "failure.xml"),
             "<EXCEPTION name=\"ZEL_Failure\">\n"
             "  <MESSAGE>top line 1</MESSAGE>\n"
             "  <MESSAGE>top line 2</MESSAGE>\n"
@@ -342,7 +341,7 @@ TEST_F(LoggingTest, XmlFileReplacesTextUnlessAskedForBoth) {
   config.logXmlExceptionsAsText = true;
   Start(ZEL_Loglevels::NOTICE, config);
   ZEL_Logging::Failure(ZEL_Failure(ZEL_Code(), "second", ""));
-  EXPECT_EQ(tarn_test::ReadFile(dir_.file("failure.xml")),
+  EXPECT_EQ(tarn_test::ReadFile(dir_ / "failure.xml"),
             "<EXCEPTION name=\"ZEL_Failure\">\n  <MESSAGE>second</MESSAGE>\n</EXCEPTION>\n");
   EXPECT_EQ(Lines().size(), 1u);
 }
@@ -370,7 +369,7 @@ TEST_F(LoggingTest, StandardExceptionIsInternalWithTightPrefix) {
   config.exceptionXmlFile = u"std.xml";
   Start(ZEL_Loglevels::NOTICE, config);
   ZEL_Logging::Failure(std::runtime_error("a<b\nsecond"));
-  EXPECT_EQ(tarn_test::ReadFile(dir_.file("std.xml")),
+  EXPECT_EQ(tarn_test::ReadFile(dir_ / "std.xml"),
             "<EXCEPTION name=\"std::exception\">\n  <MESSAGE>a&lt;b</MESSAGE>\n"
             "  <MESSAGE>second</MESSAGE>\n</EXCEPTION>\n");
 }
@@ -380,7 +379,7 @@ TEST_F(LoggingTest, UnknownExceptionIsReportedWithItsCode) {
   config.exceptionXmlFile = u"unknown.xml";
   Start(ZEL_Loglevels::NOTICE, config);
   ZEL_Logging::Failure();
-  EXPECT_EQ(tarn_test::ReadFile(dir_.file("unknown.xml")),
+  EXPECT_EQ(tarn_test::ReadFile(dir_ / "unknown.xml"),
             "<EXCEPTION name=\"ZEL_Failure\">\n  <MESSAGE>Unknown error</MESSAGE>\n"
             "  <CODE>183807301111</CODE>\n</EXCEPTION>\n");
 }

@@ -5,7 +5,7 @@
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/system/TarnFileUtil.h"
-#include "system/TempDir.h"
+#include "system/FileTestHelpers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -8,7 +8,7 @@
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/system/TextLinesParser.h"
-#include "system/TempDir.h"
+#include "system/FileTestHelpers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

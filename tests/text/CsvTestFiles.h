@@ -1,72 +1,27 @@
-//===- CsvTestFiles.h - Scratch directories and CSV reading for tests -------===//
+//===- CsvTestFiles.h - CSV reading for tests ------------------------------===//
 //
-// A fresh directory under the system's temporary directory for each test,
-// removed afterwards, and an independent reader that splits CSV text and
-// parses numbers with strtod, so that tests compare what was written with
-// the C library's reading of it.
+// An independent reader that splits CSV text and parses numbers with strtod,
+// so that tests compare what was written with the C library's reading of it.
 //
 //===----------------------------------------------------------------------===//
 #ifndef TARN_TESTS_TEXT_CSVTESTFILES_H
 #define TARN_TESTS_TEXT_CSVTESTFILES_H
+
+#include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 namespace csvtest {
 
-/// A scratch directory that lives as long as the object.
-class ScratchDir {
-public:
-  ScratchDir() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "tarn_csv_XXXXXX").string();
-    if (!mkdtemp(pattern.data()))
-      ADD_FAILURE() << "mkdtemp failed";
-    path_ = pattern;
-  }
-  ~ScratchDir() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  ScratchDir(const ScratchDir&) = delete;
-  ScratchDir& operator=(const ScratchDir&) = delete;
-
-  /// The UTF-8 path of `name` inside the directory.
-  std::string File(const std::string& name) const { return (path_ / name).string(); }
-
-private:
-  std::filesystem::path path_;
-};
-
-/// ASCII text as UTF-16 (the scratch paths are ASCII).
-inline std::u16string Wide(const std::string& ascii) {
-  return std::u16string(ascii.begin(), ascii.end());
-}
-
-/// The whole file, or "<missing>" if it cannot be read.
-inline std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in)
-    return "<missing>";
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-inline void WriteFile(const std::string& path, const std::string& text) {
-  std::ofstream(path, std::ios::binary) << text;
-}
-
 /// Lines of a file without their "\n"; a file must end with "\n".
 inline std::vector<std::string> ReadLines(const std::string& path) {
-  const std::string text = ReadFile(path);
+  const std::string text = tarn_test::ReadFile(path);
   std::vector<std::string> lines;
   std::size_t begin = 0;
   while (begin < text.size()) {

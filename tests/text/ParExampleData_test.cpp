@@ -7,12 +7,13 @@
 #include "TarnUtilities/text/TarnParFile.h"
 #include "TarnUtilities/text/TarnParFileParser.h"
 #include "text/ParLogCapture.h"
-#include "text/ParTempDir.h"
+#include "support/TempDir.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using ::testing::ElementsAre;
+using tarn_test::Wide;
 using Blocks = TarnParFileParser::BlockList;
 
 namespace {

@@ -13,9 +13,9 @@
 #include <string>
 #include <vector>
 
-using csvtest::ReadFile;
-using csvtest::ScratchDir;
-using csvtest::Wide;
+using tarn_test::ReadFile;
+using tarn_test::TempDir;
+using tarn_test::Wide;
 
 TEST(TarnCsvFileWriter, DefaultsToCommaBlankAnd16384Characters) {
   TarnCsvFileWriter csv;
@@ -32,8 +32,8 @@ TEST(TarnCsvFileWriter, DefaultsToCommaBlankAnd16384Characters) {
 }
 
 TEST(TarnCsvFileWriter, WritesComposedLines) {
-  ScratchDir dir;
-  const std::string path = dir.File("out.csv");
+  TempDir dir;
+  const std::string path = dir / "out.csv";
   {
     TarnCsvFileWriter csv;
     std::string error = "stale";
@@ -56,9 +56,9 @@ TEST(TarnCsvFileWriter, WritesComposedLines) {
 }
 
 TEST(TarnCsvFileWriter, CreateTruncatesAndAppendAdds) {
-  ScratchDir dir;
-  const std::string path = dir.File("log.csv");
-  csvtest::WriteFile(path, "old line\n");
+  TempDir dir;
+  const std::string path = dir / "log.csv";
+  tarn_test::WriteFile(path, "old line\n");
   TarnCsvFileWriter csv;
   ASSERT_TRUE(csv.OpenFile(Wide(path).c_str(), TarnCsvFileWriter::FILE_APPEND));
   EXPECT_TRUE(csv.WriteLine("added"));
@@ -72,43 +72,43 @@ TEST(TarnCsvFileWriter, CreateTruncatesAndAppendAdds) {
   csv.CloseFile();
   EXPECT_EQ(ReadFile(path), "1\n");
 
-  const std::string fresh = dir.File("fresh.csv");
+  const std::string fresh = dir / "fresh.csv";
   ASSERT_TRUE(csv.OpenFile(Wide(fresh).c_str(), TarnCsvFileWriter::FILE_APPEND));
   csv.CloseFile();
   EXPECT_TRUE(std::filesystem::exists(fresh));
 }
 
 TEST(TarnCsvFileWriter, SecondOpenIsRefusedAndKeepsTheFirstFile) {
-  ScratchDir dir;
+  TempDir dir;
   TarnCsvFileWriter csv;
-  ASSERT_TRUE(csv.OpenFile(Wide(dir.File("a.csv")).c_str(), TarnCsvFileWriter::FILE_CREATE));
+  ASSERT_TRUE(csv.OpenFile(Wide(dir / "a.csv").c_str(), TarnCsvFileWriter::FILE_CREATE));
   csv.AppendInt(1);
   std::string error;
   EXPECT_FALSE(
-      csv.OpenFile(Wide(dir.File("b.csv")).c_str(), error, TarnCsvFileWriter::FILE_CREATE));
+      csv.OpenFile(Wide(dir / "b.csv").c_str(), error, TarnCsvFileWriter::FILE_CREATE));
   EXPECT_EQ(error, "A file is already open");
-  EXPECT_FALSE(std::filesystem::exists(dir.File("b.csv")));
+  EXPECT_FALSE(std::filesystem::exists(dir / "b.csv"));
   EXPECT_TRUE(csv.IsOpen());
   EXPECT_TRUE(csv.FlushCsvLine());
   csv.CloseFile();
-  EXPECT_EQ(ReadFile(dir.File("a.csv")), "1\n");
+  EXPECT_EQ(ReadFile(dir / "a.csv"), "1\n");
 }
 
 TEST(TarnCsvFileWriter, OpenFailureGivesTheSystemText) {
-  ScratchDir dir;
+  TempDir dir;
   TarnCsvFileWriter csv;
   std::string error;
   EXPECT_FALSE(
-      csv.OpenFile(Wide(dir.File("missing/x.csv")).c_str(), error, TarnCsvFileWriter::FILE_CREATE));
+      csv.OpenFile(Wide(dir / "missing/x.csv").c_str(), error, TarnCsvFileWriter::FILE_CREATE));
   EXPECT_EQ(error, "No such file or directory");
   EXPECT_FALSE(csv.IsOpen());
-  EXPECT_FALSE(csv.OpenFile(Wide(dir.File("")).c_str(), error, TarnCsvFileWriter::FILE_APPEND));
+  EXPECT_FALSE(csv.OpenFile(Wide(dir / "").c_str(), error, TarnCsvFileWriter::FILE_APPEND));
   EXPECT_EQ(error, "Is a directory");
   EXPECT_FALSE(csv.OpenFile(nullptr, error, TarnCsvFileWriter::FILE_CREATE));
   EXPECT_EQ(error, "Invalid argument");
   // A failed open leaves the writer usable.
   ASSERT_TRUE(
-      csv.OpenFile(Wide(dir.File("ok.csv")).c_str(), error, TarnCsvFileWriter::FILE_CREATE));
+      csv.OpenFile(Wide(dir / "ok.csv").c_str(), error, TarnCsvFileWriter::FILE_CREATE));
 }
 
 TEST(TarnCsvFileWriter, WithoutAFileNothingIsWrittenAndTheLineIsKept) {
@@ -122,10 +122,10 @@ TEST(TarnCsvFileWriter, WithoutAFileNothingIsWrittenAndTheLineIsKept) {
 }
 
 TEST(TarnCsvFileWriter, OpeningClearsTheLine) {
-  ScratchDir dir;
+  TempDir dir;
   TarnCsvFileWriter csv;
   csv.AppendInt(5);
-  ASSERT_TRUE(csv.OpenFile(Wide(dir.File("c.csv")).c_str(), TarnCsvFileWriter::FILE_CREATE));
+  ASSERT_TRUE(csv.OpenFile(Wide(dir / "c.csv").c_str(), TarnCsvFileWriter::FILE_CREATE));
   EXPECT_TRUE(csv.GetLineWriter().IsEmpty());
 }
 
@@ -145,20 +145,20 @@ TEST(TarnCsvFileWriter, FailedWriteStillClearsTheLine) {
 }
 
 TEST(TarnCsvFileWriter, NonAsciiNamesAreWrittenAsUtf8) {
-  ScratchDir dir;
-  const std::u16string name = Wide(dir.File("")) + u"Gr\u00f6\u00dfe_\u03bb.csv";
+  TempDir dir;
+  const std::u16string name = Wide(dir / "") + u"Gr\u00f6\u00dfe_\u03bb.csv";
   TarnCsvFileWriter csv;
   ASSERT_TRUE(csv.OpenFile(name.c_str(), TarnCsvFileWriter::FILE_CREATE));
   csv.WriteLine("1");
   csv.CloseFile();
-  EXPECT_EQ(ReadFile(dir.File("Gr\xc3\xb6\xc3\x9f"
-                              "e_\xce\xbb.csv")),
+  EXPECT_EQ(ReadFile(dir / "Gr\xc3\xb6\xc3\x9f"
+                              "e_\xce\xbb.csv"),
             "1\n");
 }
 
 TEST(TarnCsvFileWriter, TableReadsBackBitExact) {
-  ScratchDir dir;
-  const std::string path = dir.File("table.csv");
+  TempDir dir;
+  const std::string path = dir / "table.csv";
   std::mt19937_64 rng(77);
   std::vector<std::vector<double>> rows(300, std::vector<double>(10));
   {

@@ -2,7 +2,7 @@
 #include "TarnUtilities/logging/ZEL_Failure.h"
 #include "TarnUtilities/text/TarnParFileParser.h"
 #include "text/ParLogCapture.h"
-#include "text/ParTempDir.h"
+#include "support/TempDir.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +13,7 @@
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using tarn_test::TempDir;
 using Blocks = TarnParFileParser::BlockList;
 using Block = TarnParFileParser::Block;
 using Dirs = std::vector<std::u16string>;
@@ -39,7 +40,7 @@ std::string FailureOf(const std::u16string& file, const std::string& command,
 } // namespace
 
 TEST(TarnParFileParser, ReadsEveryBlockOfTheCommand) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   dir.Write("m.par", "! solver settings\n"
                      "SOLVER\n"
@@ -60,7 +61,7 @@ TEST(TarnParFileParser, ReadsEveryBlockOfTheCommand) {
                      "SOLVER_2\n"
                      "x = 2\n"
                      "END_\n");
-  EXPECT_EQ(Read(dir.WidePath("m.par"), "Solver"),
+  EXPECT_EQ(Read(dir.Wide("m.par"), "Solver"),
             (Blocks{{{"method", "Newton"}, {"tolerance", "1e-6"}},
                     {{"title", "\"Second Run\""},
                      {"label", "'Single'"},
@@ -68,14 +69,14 @@ TEST(TarnParFileParser, ReadsEveryBlockOfTheCommand) {
                      {"spread", "abcd"},
                      {"ends", "at"},
                      {"hash", "a#b$c"}}}));
-  EXPECT_EQ(Read(dir.WidePath("m.par"), "solver_2"), (Blocks{{{"x", "2"}}}));
-  EXPECT_THAT(Read(dir.WidePath("m.par"), "absent"), IsEmpty());
+  EXPECT_EQ(Read(dir.Wide("m.par"), "solver_2"), (Blocks{{{"x", "2"}}}));
+  EXPECT_THAT(Read(dir.Wide("m.par"), "absent"), IsEmpty());
   // An empty command name matches no line, not even a blank one.
-  EXPECT_THAT(Read(dir.WidePath("m.par"), ""), IsEmpty());
+  EXPECT_THAT(Read(dir.Wide("m.par"), ""), IsEmpty());
 }
 
 TEST(TarnParFileParser, SkipsCommentLinesInsideBlocks) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   dir.Write("m.par", "CMD\n"
                      "\n"
@@ -90,47 +91,47 @@ TEST(TarnParFileParser, SkipsCommentLinesInsideBlocks) {
                      "c = 5\n"
                      "COM= 6\n"
                      "END_\n");
-  EXPECT_EQ(Read(dir.WidePath("m.par"), "cmd"), (Blocks{{{"c", "5"}, {"com", "6"}}}));
+  EXPECT_EQ(Read(dir.Wide("m.par"), "cmd"), (Blocks{{{"c", "5"}, {"com", "6"}}}));
 }
 
 TEST(TarnParFileParser, EndLines) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   dir.Write("m.par", "CMD\na = 1\nEND_\n"
                      "cmd\nb = 2\n  end_ trailing words\n"
                      "CMD\nc = 3\nEND_CMD\n");
-  EXPECT_EQ(Read(dir.WidePath("m.par"), "cmd"), (Blocks{{{"a", "1"}}, {{"b", "2"}}, {{"c", "3"}}}));
+  EXPECT_EQ(Read(dir.Wide("m.par"), "cmd"), (Blocks{{{"a", "1"}}, {{"b", "2"}}, {{"c", "3"}}}));
 }
 
 TEST(TarnParFileParser, AddsTheDefaultExtension) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   dir.Write("model.par", "CMD\na = par\nEND_\n");
-  EXPECT_EQ(Read(dir.WidePath("model"), "cmd"), (Blocks{{{"a", "par"}}}));
+  EXPECT_EQ(Read(dir.Wide("model"), "cmd"), (Blocks{{{"a", "par"}}}));
   // A file without extension that exists is read as named.
   dir.Write("model", "CMD\na = bare\nEND_\n");
-  EXPECT_EQ(Read(dir.WidePath("model"), "cmd"), (Blocks{{{"a", "bare"}}}));
+  EXPECT_EQ(Read(dir.Wide("model"), "cmd"), (Blocks{{{"a", "bare"}}}));
 }
 
 TEST(TarnParFileParser, MissingFileThrows) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
-  EXPECT_EQ(FailureOf(dir.WidePath("absent"), "cmd"),
-            "Parameter file \"" + dir.Path("absent.par") + "\" does not exist");
-  EXPECT_EQ(FailureOf(dir.WidePath("absent.txt"), "cmd"),
-            "Parameter file \"" + dir.Path("absent.txt") + "\" does not exist");
+  EXPECT_EQ(FailureOf(dir.Wide("absent"), "cmd"),
+            "Parameter file \"" + dir / "absent.par" + "\" does not exist");
+  EXPECT_EQ(FailureOf(dir.Wide("absent.txt"), "cmd"),
+            "Parameter file \"" + dir / "absent.txt" + "\" does not exist");
 }
 
 TEST(TarnParFileParser, DirectoryCannotBeRead) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   dir.Write("sub.par/x", "");
-  EXPECT_EQ(FailureOf(dir.WidePath("sub.par"), "cmd"),
-            "Error opening parameter file \"" + dir.Path("sub.par") + "\" for reading.");
+  EXPECT_EQ(FailureOf(dir.Wide("sub.par"), "cmd"),
+            "Error opening parameter file \"" + dir / "sub.par" + "\" for reading.");
 }
 
 TEST(TarnParFileParser, SyntaxErrorsInBlocksThrow) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   struct Case {
     const char* line;
@@ -147,61 +148,61 @@ TEST(TarnParFileParser, SyntaxErrorsInBlocksThrow) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.line);
     dir.Write("m.par", std::string("CMD\nok = 1\n") + c.line + "\nEND_\n");
-    EXPECT_EQ(FailureOf(dir.WidePath("m.par"), "cmd"), std::string(c.messageStart) + c.line +
+    EXPECT_EQ(FailureOf(dir.Wide("m.par"), "cmd"), std::string(c.messageStart) + c.line +
                                                            "\n of the parameter file \"" +
-                                                           dir.Path("m.par") + "\".");
+                                                           dir / "m.par" + "\".");
   }
 }
 
 TEST(TarnParFileParser, LongLinesAreQuotedShortInMessages) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   const std::string line = "key " + std::string(20000, 'x');
   dir.Write("m.par", "CMD\n" + line + "\nEND_\n");
-  EXPECT_EQ(FailureOf(dir.WidePath("m.par"), "cmd"),
+  EXPECT_EQ(FailureOf(dir.Wide("m.par"), "cmd"),
             "'=' expected in line\n    " + line.substr(0, 512) + "...\n of the parameter file \"" +
-                dir.Path("m.par") + "\".");
+                dir / "m.par" + "\".");
 }
 
 TEST(TarnParFileParser, MissingEndThrows) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   dir.Write("m.par", "CMD\na = 1\n");
-  EXPECT_EQ(FailureOf(dir.WidePath("m.par"), "cmd"),
-            "End of file reached before END_ command is found in file \"" + dir.Path("m.par") +
+  EXPECT_EQ(FailureOf(dir.Wide("m.par"), "cmd"),
+            "End of file reached before END_ command is found in file \"" + dir / "m.par" +
                 "\".");
   // Also in an included file: the message names the included file.
   dir.Write("main.par", "include, sub.par\nCMD\nEND_\n");
   dir.Write("sub.par", "CMD\nb = 2\nEND\n");
-  EXPECT_EQ(FailureOf(dir.WidePath("main.par"), "cmd"),
-            "'=' expected in line\n    END\n of the parameter file \"" + dir.Path("sub.par") +
+  EXPECT_EQ(FailureOf(dir.Wide("main.par"), "cmd"),
+            "'=' expected in line\n    END\n of the parameter file \"" + dir / "sub.par" +
                 "\".");
   dir.Write("sub.par", "CMD\nb = 2");
-  EXPECT_EQ(FailureOf(dir.WidePath("main.par"), "cmd"),
-            "End of file reached before END_ command is found in file \"" + dir.Path("sub.par") +
+  EXPECT_EQ(FailureOf(dir.Wide("main.par"), "cmd"),
+            "End of file reached before END_ command is found in file \"" + dir / "sub.par" +
                 "\".");
 }
 
 TEST(TarnParFileParser, UnterminatedQuoteGivesAnEmptyValueAndAWarning) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture log;
   dir.Write("m.par", "CMD\na = \"open\nb = 'x\nEND_\n");
-  EXPECT_EQ(Read(dir.WidePath("m.par"), "cmd"), (Blocks{{{"a", ""}, {"b", ""}}}));
+  EXPECT_EQ(Read(dir.Wide("m.par"), "cmd"), (Blocks{{{"a", ""}, {"b", ""}}}));
   const std::string file =
-      " of the parameter file \"" + dir.Path("m.par") + "\". The value is empty.";
+      " of the parameter file \"" + dir / "m.par" + "\". The value is empty.";
   EXPECT_THAT(log.Messages("WARNING"),
               ElementsAre("Closing quote missing in line\n    a = \"open\n" + file,
                           "Closing quote missing in line\n    b = 'x\n" + file));
 }
 
 TEST(TarnParFileParser, IncludesAreReadAtTheirPlace) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   // Included by absolute name, beside the including file, through the
   // directory list (first match wins), nested, with and without extension.
   dir.Write("main.par", "CMD\nat = main1\nEND_\n"
                         "include, " +
-                            dir.Path("abs.par") +
+                            dir / "abs.par" +
                             "\n"
                             "INCLUDE sub/beside\n"
                             "include ,, \"listed.par\"\n"
@@ -217,8 +218,8 @@ TEST(TarnParFileParser, IncludesAreReadAtTheirPlace) {
   dir.Write("inc1/listed.par", "CMD\nat = listed1\nEND_\n");
   dir.Write("inc2/listed.par", "CMD\nat = listed2\nEND_\n");
   dir.Write("inc2/both.par", "CMD\nat = both2\nEND_\n");
-  const Dirs dirs = {dir.WidePath("inc1"), dir.WidePath("inc2/")};
-  EXPECT_EQ(Read(dir.WidePath("main.par"), "cmd", dirs), (Blocks{{{"at", "main1"}},
+  const Dirs dirs = {dir.Wide("inc1"), dir.Wide("inc2/")};
+  EXPECT_EQ(Read(dir.Wide("main.par"), "cmd", dirs), (Blocks{{{"at", "main1"}},
                                                                  {{"at", "abs"}},
                                                                  {{"at", "beside"}},
                                                                  {{"at", "nested"}},
@@ -229,14 +230,14 @@ TEST(TarnParFileParser, IncludesAreReadAtTheirPlace) {
 }
 
 TEST(TarnParFileParser, IncludeProblemsAreWarnings) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture log;
   dir.Write("main.par", "include, missing.par\n"
                         "include\n"
                         "include, \"unterminated\n"
                         "includes, x.par\n"
                         "CMD\na = 1\nEND_\n");
-  EXPECT_EQ(Read(dir.WidePath("main.par"), "cmd"), (Blocks{{{"a", "1"}}}));
+  EXPECT_EQ(Read(dir.Wide("main.par"), "cmd"), (Blocks{{{"a", "1"}}}));
   EXPECT_THAT(log.Messages("WARNING"),
               ElementsAre("Include file \"missing.par\" not found",
                           "'include' command syntax error (include)",
@@ -244,38 +245,38 @@ TEST(TarnParFileParser, IncludeProblemsAreWarnings) {
 }
 
 TEST(TarnParFileParser, IncludeCyclesThrow) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   dir.Write("self.par", "CMD\nEND_\ninclude, self.par\n");
-  EXPECT_EQ(FailureOf(dir.WidePath("self.par"), "cmd"),
-            "Parameter file \"" + dir.Path("self.par") + "\" includes itself: \"" +
-                dir.Path("self.par") + "\" -> \"" + dir.Path("self.par") + "\"");
+  EXPECT_EQ(FailureOf(dir.Wide("self.par"), "cmd"),
+            "Parameter file \"" + dir / "self.par" + "\" includes itself: \"" +
+                dir / "self.par" + "\" -> \"" + dir / "self.par" + "\"");
 
   dir.Write("a.par", "include, b.par\n");
   dir.Write("b.par", "include, sub/c\n");
   dir.Write("sub/c.par", "include, ../b.par\n");
-  EXPECT_EQ(FailureOf(dir.WidePath("a.par"), "cmd"),
-            "Parameter file \"" + dir.Path("b.par") + "\" includes itself: \"" + dir.Path("b.par") +
-                "\" -> \"" + dir.Path("sub/c.par") + "\" -> \"" + dir.Path("sub/../b.par") + "\"");
+  EXPECT_EQ(FailureOf(dir.Wide("a.par"), "cmd"),
+            "Parameter file \"" + dir / "b.par" + "\" includes itself: \"" + dir / "b.par" +
+                "\" -> \"" + dir / "sub/c.par" + "\" -> \"" + dir / "sub/../b.par" + "\"");
 }
 
 TEST(TarnParFileParser, IncludeDepthIsBounded) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   const int files = TarnParFileParser::kMaxIncludeDepth + 2;
   for (int i = 0; i < files; ++i)
     dir.Write("f" + std::to_string(i) + ".par", "include, f" + std::to_string(i + 1) + ".par\n");
   const std::string deepest =
-      dir.Path("f" + std::to_string(TarnParFileParser::kMaxIncludeDepth + 1) + ".par");
-  EXPECT_EQ(FailureOf(dir.WidePath("f0.par"), "cmd"),
+      dir / "f" + std::to_string(TarnParFileParser::kMaxIncludeDepth + 1) + ".par";
+  EXPECT_EQ(FailureOf(dir.Wide("f0.par"), "cmd"),
             "Parameter file \"" + deepest + "\" is included more than 64 levels deep.");
   // Exactly the maximum is fine.
   dir.Write("f" + std::to_string(TarnParFileParser::kMaxIncludeDepth) + ".par", "CMD\nEND_\n");
-  EXPECT_EQ(Read(dir.WidePath("f0.par"), "cmd").size(), 1u);
+  EXPECT_EQ(Read(dir.Wide("f0.par"), "cmd").size(), 1u);
 }
 
 TEST(TarnParFileParser, IncludedFilesAreCounted) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   // Every level includes the next one twice: 2 + 4 + ... + 2^14 files.
   constexpr int kLevels = 14;
@@ -284,24 +285,24 @@ TEST(TarnParFileParser, IncludedFilesAreCounted) {
     dir.Write("f" + std::to_string(i) + ".par", next + next);
   }
   dir.Write("f" + std::to_string(kLevels) + ".par", "CMD\nEND_\n");
-  const std::string message = FailureOf(dir.WidePath("f0.par"), "cmd");
+  const std::string message = FailureOf(dir.Wide("f0.par"), "cmd");
   EXPECT_THAT(message, ::testing::EndsWith("\" is not read: more than 10000 include files are "
                                            "read for \"" +
-                                           dir.Path("f0.par") + "\"."));
+                                           dir / "f0.par" + "\"."));
   // Reading the same file more than once without a cycle is fine.
-  EXPECT_EQ(Read(dir.WidePath("f" + std::to_string(kLevels - 3) + ".par"), "cmd").size(), 8u);
+  EXPECT_EQ(Read(dir.Wide("f" + std::to_string(kLevels - 3) + ".par"), "cmd").size(), 8u);
 }
 
 TEST(TarnParFileParser, LogsEveryFileAtDebugLevel) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture log;
   dir.Write("main.par", "include, sub.par\n");
   dir.Write("sub.par", "include, leaf.par\n");
   dir.Write("leaf.par", "");
-  Read(dir.WidePath("main"), "cmd");
-  const std::string main = dir.Path("main.par");
-  const std::string sub = dir.Path("sub.par");
-  const std::string leaf = dir.Path("leaf.par");
+  Read(dir.Wide("main"), "cmd");
+  const std::string main = dir / "main.par";
+  const std::string sub = dir / "sub.par";
+  const std::string leaf = dir / "leaf.par";
   EXPECT_THAT(log.Messages("DEBUG"),
               ElementsAre("Parsing parameter file \"" + main + "\".",
                           "Parsing parameter file \"" + sub + "\", include level 1.",
@@ -314,7 +315,7 @@ TEST(TarnParFileParser, LogsEveryFileAtDebugLevel) {
 }
 
 TEST(TarnParFileParser, LineEndsNulBytesAndLongLines) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   const std::string longValue(50000, 'z');
   struct Case {
@@ -337,12 +338,12 @@ TEST(TarnParFileParser, LineEndsNulBytesAndLongLines) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     dir.Write("m.par", c.text);
-    EXPECT_EQ(Read(dir.WidePath("m.par"), "cmd"), c.expected);
+    EXPECT_EQ(Read(dir.Wide("m.par"), "cmd"), c.expected);
   }
 }
 
 TEST(TarnParFileParser, BinaryGarbageEitherReadsOrFailsCleanly) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   std::mt19937 random(4711);
   for (int round = 0; round < 30; ++round) {
@@ -353,7 +354,7 @@ TEST(TarnParFileParser, BinaryGarbageEitherReadsOrFailsCleanly) {
       bytes.insert(random() % bytes.size(), "\ncmd\n");
     dir.Write("m.par", bytes);
     try {
-      Read(dir.WidePath("m.par"), "cmd");
+      Read(dir.Wide("m.par"), "cmd");
     } catch (const ZEL_Failure&) {
       // A block of garbage is a syntax error; anything but a ZEL_Failure
       // escaping would fail the test.

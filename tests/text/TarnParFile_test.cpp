@@ -2,7 +2,7 @@
 #include "TarnUtilities/logging/ZEL_Failure.h"
 #include "TarnUtilities/text/TarnParFile.h"
 #include "text/ParLogCapture.h"
-#include "text/ParTempDir.h"
+#include "support/TempDir.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +13,7 @@
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using tarn_test::TempDir;
 using Strings = std::vector<std::string>;
 
 namespace {
@@ -33,9 +34,9 @@ Strings Outline(const TarnParFile& file) {
   return outline;
 }
 
-TarnParFile ParseText(const ParTempDir& dir, const std::string& text) {
+TarnParFile ParseText(const TempDir& dir, const std::string& text) {
   dir.Write("m.par", text);
-  TarnParFile file(dir.WidePath("m.par"));
+  TarnParFile file(dir.Wide("m.par"));
   file.Parse();
   return file;
 }
@@ -65,7 +66,7 @@ const char* const kModel = "! model\n"
 } // namespace
 
 TEST(TarnParFile, GroupsCommandsAndIgnoresLinesOutsideThem) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   const TarnParFile file = ParseText(dir, kModel);
   EXPECT_THAT(Outline(file), ElementsAre("command WING id Left",         //
@@ -81,11 +82,11 @@ TEST(TarnParFile, GroupsCommandsAndIgnoresLinesOutsideThem) {
                                          "command TAIL id ",             //
                                          "  4 area [area;4;]"));
   EXPECT_EQ(file.size(), 3u);
-  EXPECT_EQ(file.getFileName(), dir.WidePath("m.par"));
+  EXPECT_EQ(file.getFileName(), dir.Wide("m.par"));
 }
 
 TEST(TarnParFile, FindsCommandsByNameAndIdentifier) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   const TarnParFile file = ParseText(dir, kModel);
 
@@ -105,7 +106,7 @@ TEST(TarnParFile, FindsCommandsByNameAndIdentifier) {
 }
 
 TEST(TarnParFile, MissingIdentifierThrows) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   const TarnParFile file = ParseText(dir, kModel);
   for (const std::string id : {"nose", ""}) {
@@ -122,7 +123,7 @@ TEST(TarnParFile, MissingIdentifierThrows) {
 }
 
 TEST(TarnParFile, SubCommandValues) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   const TarnParFile file = ParseText(dir, "CMD\n"
                                           "single\n"
@@ -151,7 +152,7 @@ TEST(TarnParFile, SubCommandValues) {
 }
 
 TEST(TarnParFile, ListSwallowsTheRestOfItsBlock) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   const TarnParFile file = ParseText(dir, "OUTPUT\n"
                                           "ID_NAME = out\n"
@@ -176,7 +177,7 @@ TEST(TarnParFile, ListSwallowsTheRestOfItsBlock) {
 }
 
 TEST(TarnParFile, SkipsCommentAndUndefinedLinesInsideBlocks) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture log;
   const TarnParFile file = ParseText(dir, "CMD\n"
                                           "! comment\n"
@@ -191,17 +192,17 @@ TEST(TarnParFile, SkipsCommentAndUndefinedLinesInsideBlocks) {
 }
 
 TEST(TarnParFile, CommandWithoutEndIsDroppedWithAWarning) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture log;
   const TarnParFile file = ParseText(dir, "FIRST\na = 1\nEND_\n\nSECOND\nb = 2\n");
   EXPECT_THAT(Outline(file), ElementsAre("command FIRST id ", "  4 a [a;1;]"));
   EXPECT_THAT(log.Messages("WARNING"),
-              ElementsAre("Command SECOND in line 5 of the file '" + dir.Path("m.par") +
+              ElementsAre("Command SECOND in line 5 of the file '" + dir / "m.par" +
                           "' has no END_ line. Ignoring it."));
 }
 
 TEST(TarnParFile, UnreadableFileThrows) {
-  ParTempDir dir;
+  TempDir dir;
   dir.Write("folder.par/inside", "");
   struct Case {
     const char* name;
@@ -210,13 +211,13 @@ TEST(TarnParFile, UnreadableFileThrows) {
   for (const Case& c :
        {Case{"absent.par", "No such file or directory"}, Case{"folder.par", "Is a directory"}}) {
     SCOPED_TRACE(c.name);
-    TarnParFile file(dir.WidePath(c.name));
+    TarnParFile file(dir.Wide(c.name));
     try {
       file.Parse();
       FAIL() << "no failure";
     } catch (const ZEL_Failure& failure) {
       EXPECT_EQ(failure.GetMessage(),
-                "The file '" + dir.Path(c.name) +
+                "The file '" + dir / c.name +
                     "' cannot be opened.\nSystem error message: " + c.systemText);
       EXPECT_FALSE(failure.GetCode().exists());
       EXPECT_EQ(failure.GetHeader(), "[%T|%n|%P|TarnUtilities|TarnParFile] ");
@@ -225,23 +226,23 @@ TEST(TarnParFile, UnreadableFileThrows) {
 }
 
 TEST(TarnParFile, LogsParsingAndDumpsEveryLevel) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture log;
   const TarnParFile file = ParseText(dir, "CMD\nID_NAME = one\nk = v\nEND_\n");
-  EXPECT_THAT(log.Messages("DEBUG"), ::testing::Contains("Parsing " + dir.Path("m.par")));
+  EXPECT_THAT(log.Messages("DEBUG"), ::testing::Contains("Parsing " + dir / "m.par"));
   log.lines.clear();
   file.dumpTrace();
   std::vector<std::string> dump;
   for (const CapturedLine& line : log.lines)
     dump.push_back(line.level + " " + line.header + " " + line.message);
-  EXPECT_THAT(dump, ElementsAre("TRACE TarnUtilities|TarnParFile Dumping file " + dir.Path("m.par"),
+  EXPECT_THAT(dump, ElementsAre("TRACE TarnUtilities|TarnParFile Dumping file " + dir / "m.par",
                                 "TRACE TarnUtilities|TarnParCommand Dumping: CMD IdName: one",
                                 "TRACE TarnUtilities|ParSubCommand Dumping: ID_NAME = one",
                                 "TRACE TarnUtilities|ParSubCommand Dumping: k = v"));
 }
 
 TEST(TarnParFile, ParsingAgainReplacesTheCommands) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   TarnParFile file = ParseText(dir, "CMD\nEND_\n");
   dir.Write("m.par", "A\nEND_\nB\nEND_\n");
@@ -251,7 +252,7 @@ TEST(TarnParFile, ParsingAgainReplacesTheCommands) {
 
 // The same text with every form of line end gives the same commands.
 TEST(TarnParFile, AcceptsEveryFormOfLineEnd) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   const std::string lines[] = {"X", "ID_NAME = a", "k = 1, 2", "LIST_BEGIN", "p q", "END_"};
   std::string unix;
@@ -273,7 +274,7 @@ TEST(TarnParFile, AcceptsEveryFormOfLineEnd) {
 }
 
 TEST(TarnParFile, EmptyAndBlankFilesHaveNoCommands) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   for (const std::string text : {"", "\n", "\r\n\r\n", "   \n\t\n", "! only a comment"}) {
     SCOPED_TRACE(::testing::PrintToString(text));
@@ -282,7 +283,7 @@ TEST(TarnParFile, EmptyAndBlankFilesHaveNoCommands) {
 }
 
 TEST(TarnParFile, NulByteEndsTheTextOfItsLine) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   static const char kText[] = "CMD\nk = 1\0 = 2, 3\n\0\nEND_\n";
   const TarnParFile file = ParseText(dir, std::string(kText, sizeof kText - 1));
@@ -290,7 +291,7 @@ TEST(TarnParFile, NulByteEndsTheTextOfItsLine) {
 }
 
 TEST(TarnParFile, LongLinesAreReadWhole) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   const std::string longValue(300000, 'v');
   const TarnParFile file = ParseText(dir, "CMD\nk = " + longValue + "\nEND_\n");
@@ -298,7 +299,7 @@ TEST(TarnParFile, LongLinesAreReadWhole) {
 }
 
 TEST(TarnParFile, BinaryGarbageDoesNotBreakParsing) {
-  ParTempDir dir;
+  TempDir dir;
   ParLogCapture quiet;
   std::mt19937 random(77);
   for (int round = 0; round < 20; ++round) {

@@ -14,9 +14,9 @@
 #include <string>
 #include <vector>
 
-using csvtest::ReadFile;
-using csvtest::ScratchDir;
-using csvtest::Wide;
+using tarn_test::ReadFile;
+using tarn_test::TempDir;
+using tarn_test::Wide;
 
 namespace {
 
@@ -43,19 +43,19 @@ TEST(ZEL_CsvTableWriter, SplitsWideLinesOverNumberedFiles) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.columns);
-    ScratchDir dir;
+    TempDir dir;
     CsvLineWriter line(1000, ",");
     FillLine(line, c.columns);
-    ZEL_CsvTableWriter table(dir.File("results.csv"), 3);
+    ZEL_CsvTableWriter table(dir / "results.csv", 3);
     table.AppendCsv(line);
     EXPECT_EQ(table.GetNumColumns(), c.columns);
     table.WriteToFile();
     for (std::size_t i = 0; i < c.files.size(); ++i) {
       const std::string name = i == 0 ? "results.csv" : "results_" + std::to_string(i) + ".csv";
-      EXPECT_EQ(ReadFile(dir.File(name)), c.files[i]) << name;
+      EXPECT_EQ(ReadFile(dir / name), c.files[i]) << name;
     }
     EXPECT_FALSE(
-        std::filesystem::exists(dir.File("results_" + std::to_string(c.files.size()) + ".csv")));
+        std::filesystem::exists(dir / "results_" + std::to_string(c.files.size()) + ".csv"));
   }
 }
 
@@ -78,11 +78,11 @@ TEST(ZEL_CsvTableWriter, NumberedNamesKeepTheExtensionAfterTheStem) {
 }
 
 TEST(ZEL_CsvTableWriter, EachCallAppendsOneRowToEveryFile) {
-  ScratchDir dir;
+  TempDir dir;
   // An existing file is appended to, a missing one created.
-  csvtest::WriteFile(dir.File("t.csv"), "header\n");
+  tarn_test::WriteFile(dir / "t.csv", "header\n");
   CsvLineWriter line(1000, ";");
-  ZEL_CsvTableWriter table(Wide(dir.File("t.csv")), 2);
+  ZEL_CsvTableWriter table(Wide(dir / "t.csv"), 2);
   ::testing::internal::CaptureStderr();
   for (int row = 0; row < 3; ++row) {
     FillLine(line, 3, "r" + std::to_string(row) + "c");
@@ -90,53 +90,53 @@ TEST(ZEL_CsvTableWriter, EachCallAppendsOneRowToEveryFile) {
     table.WriteToFile();
   }
   const std::string log = ::testing::internal::GetCapturedStderr();
-  EXPECT_EQ(ReadFile(dir.File("t.csv")), "header\nr0c0;r0c1\nr1c0;r1c1\nr2c0;r2c1\n");
-  EXPECT_EQ(ReadFile(dir.File("t_1.csv")), "r0c2\nr1c2\nr2c2\n");
-  EXPECT_NE(log.find("Appending data to csv-file " + dir.File("t.csv")), std::string::npos) << log;
-  EXPECT_NE(log.find("Creating csv-file " + dir.File("t_1.csv")), std::string::npos) << log;
-  EXPECT_NE(log.find("Appending data to csv-file " + dir.File("t_1.csv")), std::string::npos)
+  EXPECT_EQ(ReadFile(dir / "t.csv"), "header\nr0c0;r0c1\nr1c0;r1c1\nr2c0;r2c1\n");
+  EXPECT_EQ(ReadFile(dir / "t_1.csv"), "r0c2\nr1c2\nr2c2\n");
+  EXPECT_NE(log.find("Appending data to csv-file " + dir / "t.csv"), std::string::npos) << log;
+  EXPECT_NE(log.find("Creating csv-file " + dir / "t_1.csv"), std::string::npos) << log;
+  EXPECT_NE(log.find("Appending data to csv-file " + dir / "t_1.csv"), std::string::npos)
       << log;
   EXPECT_NE(log.find("|TarnUtilities|ZEL_Failure] "), std::string::npos) << log;
 }
 
 TEST(ZEL_CsvTableWriter, FirstLineFixesTheColumnsAndTheLastLineWins) {
-  ScratchDir dir;
+  TempDir dir;
   CsvLineWriter first(1000, ",");
   CsvLineWriter second(1000, ",");
   FillLine(first, 2, "a");
   FillLine(second, 5, "b");
-  ZEL_CsvTableWriter table(dir.File("w.csv"), 2);
+  ZEL_CsvTableWriter table(dir / "w.csv", 2);
   table.AppendCsv(first);
   table.AppendCsv(second);
   EXPECT_EQ(table.GetNumColumns(), 2);
   table.WriteToFile();
   // Two columns make two files of two columns; the later line's fifth
   // token has no place and is not written.
-  EXPECT_EQ(ReadFile(dir.File("w.csv")), "b0,b1\n");
-  EXPECT_EQ(ReadFile(dir.File("w_1.csv")), "b2,b3\n");
-  EXPECT_FALSE(std::filesystem::exists(dir.File("w_2.csv")));
+  EXPECT_EQ(ReadFile(dir / "w.csv"), "b0,b1\n");
+  EXPECT_EQ(ReadFile(dir / "w_1.csv"), "b2,b3\n");
+  EXPECT_FALSE(std::filesystem::exists(dir / "w_2.csv"));
 }
 
 TEST(ZEL_CsvTableWriter, WithoutALineNothingIsWritten) {
-  ScratchDir dir;
-  ZEL_CsvTableWriter table(dir.File("none.csv"), 4);
+  TempDir dir;
+  ZEL_CsvTableWriter table(dir / "none.csv", 4);
   table.WriteToFile();
-  EXPECT_FALSE(std::filesystem::exists(dir.File("none.csv")));
+  EXPECT_FALSE(std::filesystem::exists(dir / "none.csv"));
   ZEL_CsvTableWriter copy(table);
   copy.WriteToFile();
-  EXPECT_FALSE(std::filesystem::exists(dir.File("none.csv")));
+  EXPECT_FALSE(std::filesystem::exists(dir / "none.csv"));
 }
 
 TEST(ZEL_CsvTableWriter, CopiesShareTheLineButNotTheirState) {
-  ScratchDir dir;
+  TempDir dir;
   CsvLineWriter line(100, ",");
   FillLine(line, 3);
-  ZEL_CsvTableWriter table(dir.File("s.csv"), 5);
+  ZEL_CsvTableWriter table(dir / "s.csv", 5);
   table.AppendCsv(line);
   ZEL_CsvTableWriter copy(table);
   EXPECT_EQ(copy.GetNumColumns(), 3);
   copy.WriteToFile();
-  EXPECT_EQ(ReadFile(dir.File("s.csv")), "c0,c1,c2\n");
+  EXPECT_EQ(ReadFile(dir / "s.csv"), "c0,c1,c2\n");
 }
 
 TEST(ZEL_CsvTableWriter, MaximumBelowOneIsRefused) {
@@ -154,10 +154,10 @@ TEST(ZEL_CsvTableWriter, MaximumBelowOneIsRefused) {
 }
 
 TEST(ZEL_CsvTableWriter, UnopenableFileFailsWithFileIoStatus) {
-  ScratchDir dir;
+  TempDir dir;
   CsvLineWriter line(100, ",");
   FillLine(line, 2);
-  const std::string name = dir.File("missing/out.csv");
+  const std::string name = dir / "missing/out.csv";
   ZEL_CsvTableWriter table(name, 5);
   table.AppendCsv(line);
   try {
@@ -173,32 +173,32 @@ TEST(ZEL_CsvTableWriter, UnopenableFileFailsWithFileIoStatus) {
 }
 
 TEST(ZEL_CsvTableWriter, FailureLaterInTheSetKeepsEarlierFiles) {
-  ScratchDir dir;
+  TempDir dir;
   // The second file of the set cannot be opened: it is a directory.
-  std::filesystem::create_directory(dir.File("p_1.csv"));
+  std::filesystem::create_directory(dir / "p_1.csv");
   CsvLineWriter line(100, ",");
-  ZEL_CsvTableWriter table(dir.File("p.csv"), 2);
+  ZEL_CsvTableWriter table(dir / "p.csv", 2);
   FillLine(line, 4, "x");
   table.AppendCsv(line);
   EXPECT_THROW(table.WriteToFile(), ZEL_CsvFileFailure);
   FillLine(line, 4, "y");
   EXPECT_THROW(table.WriteToFile(), ZEL_Failure);
-  EXPECT_EQ(ReadFile(dir.File("p.csv")), "x0,x1\ny0,y1\n");
-  EXPECT_FALSE(std::filesystem::exists(dir.File("p_2.csv")));
+  EXPECT_EQ(ReadFile(dir / "p.csv"), "x0,x1\ny0,y1\n");
+  EXPECT_FALSE(std::filesystem::exists(dir / "p_2.csv"));
   // Once the obstacle is gone, writing goes on where it is.
-  std::filesystem::remove(dir.File("p_1.csv"));
+  std::filesystem::remove(dir / "p_1.csv");
   table.WriteToFile();
-  EXPECT_EQ(ReadFile(dir.File("p.csv")), "x0,x1\ny0,y1\ny0,y1\n");
-  EXPECT_EQ(ReadFile(dir.File("p_1.csv")), "y2,y3\n");
+  EXPECT_EQ(ReadFile(dir / "p.csv"), "x0,x1\ny0,y1\ny0,y1\n");
+  EXPECT_EQ(ReadFile(dir / "p_1.csv"), "y2,y3\n");
 }
 
 TEST(ZEL_CsvTableWriter, NumbersReadBackBitExactAcrossTheFiles) {
-  ScratchDir dir;
+  TempDir dir;
   std::mt19937_64 rng(31);
   const int columns = 7;
   std::vector<std::vector<double>> rows(50, std::vector<double>(columns));
   CsvLineWriter line(2000, ", ");
-  ZEL_CsvTableWriter table(dir.File("n.csv"), 3);
+  ZEL_CsvTableWriter table(dir / "n.csv", 3);
   for (auto& row : rows) {
     line.Clear();
     for (double& x : row) {
@@ -214,7 +214,7 @@ TEST(ZEL_CsvTableWriter, NumbersReadBackBitExactAcrossTheFiles) {
   const std::vector<std::string> names = {"n.csv", "n_1.csv", "n_2.csv"};
   std::vector<std::vector<std::string>> files;
   for (const std::string& name : names) {
-    files.push_back(csvtest::ReadLines(dir.File(name)));
+    files.push_back(csvtest::ReadLines(dir / name));
     ASSERT_EQ(files.back().size(), rows.size()) << name;
   }
   for (std::size_t r = 0; r < rows.size(); ++r) {
