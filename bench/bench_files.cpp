@@ -18,15 +18,15 @@
 #include "TarnUtilities/system/TextLinesParser.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 
+#include "RatioReporter.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <memory>
 #include <random>
 #include <string>
@@ -160,31 +160,6 @@ BENCHMARK(BM_FloorHugePages)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_FileCopy)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_StdFilesystemCopyFile)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-// Console output plus the time of each benchmark (the median when there are
-// repetitions), for the ratios printed at the end.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs) {
-      const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
-      const bool single = run.run_type == Run::RT_Iteration && run.repetitions <= 1;
-      if (median || single)
-        times_[run.run_name.function_name] = run.GetAdjustedRealTime();
-    }
-    ConsoleReporter::ReportRuns(runs);
-  }
-
-  void PrintRatio(const char* what, const char* ours, const char* peer) const {
-    const auto a = times_.find(ours);
-    const auto b = times_.find(peer);
-    if (a != times_.end() && b != times_.end() && b->second > 0)
-      std::printf("%-46s %6.2fx\n", what, a->second / b->second);
-  }
-
-private:
-  std::map<std::string, double> times_;
-};
-
 } // namespace
 
 int main(int argc, char** argv) {
@@ -196,22 +171,16 @@ int main(int argc, char** argv) {
   g_copyTarget = g_dir + "/copy.txt";
   GenerateTextFile(g_textFile);
 
-  benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  std::printf("\nRatios of times (below 1 = ours faster):\n");
-  reporter.PrintRatio("LoadTextFromFile / floor (target <= 1.5)", "BM_LoadTextFromFile",
-                      "BM_FloorReadAndMemchr");
-  reporter.PrintRatio("LoadTextFromFile / getline (target <= 0.33)", "BM_LoadTextFromFile",
-                      "BM_GetlineIntoVector");
-  reporter.PrintRatio("Reload / floor", "BM_LoadTextFromFile_Reload", "BM_FloorReadAndMemchr");
-  reporter.PrintRatio("LoadTextFromFile / floor on huge pages", "BM_LoadTextFromFile",
-                      "BM_FloorHugePages");
-  reporter.PrintRatio("FileCopy / copy_file (target <= 1.3)", "BM_FileCopy",
-                      "BM_StdFilesystemCopyFile");
+  // Ours divided by the peer: below 1 means ours is faster.
+  const int status = tarnbench::RunWithRatios(
+      argc, argv,
+      {{"BM_LoadTextFromFile", "BM_FloorReadAndMemchr", "target <= 1.5"},
+       {"BM_LoadTextFromFile", "BM_GetlineIntoVector", "target <= 0.33"},
+       {"BM_LoadTextFromFile_Reload", "BM_FloorReadAndMemchr"},
+       {"BM_LoadTextFromFile", "BM_FloorHugePages", "floor on huge pages"},
+       {"BM_FileCopy", "BM_StdFilesystemCopyFile", "target <= 1.3"}});
 
   std::error_code ignored;
   std::filesystem::remove_all(g_dir, ignored);
-  benchmark::Shutdown();
-  return 0;
+  return status;
 }

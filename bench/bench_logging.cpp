@@ -3,10 +3,13 @@
 // A line below the configured level must cost next to nothing: it is compared
 // with an empty call through a function pointer. A written line goes to a log
 // file through ACE; it is compared with fprintf of the same text to a FILE.
+// The run ends with the ratio of each to its peer.
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/logging/ZEL_LogMacros.h"
 #include "TarnUtilities/logging/ZEL_Logging.h"
+
+#include "RatioReporter.h"
 
 #include <benchmark/benchmark.h>
 
@@ -78,12 +81,14 @@ BENCHMARK(BM_PeerFprintfLine);
 } // namespace
 
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
+  // Our line divided by its peer.
+  const int status =
+      tarnbench::RunWithRatios(argc, argv,
+                               {{"BM_SuppressedLine", "BM_PeerEmptyCall"},
+                                {"BM_WrittenLineToFile", "BM_PeerFprintfLine"}});
   const std::string dir = ScratchDir();
   std::remove((dir + "/bench.log").c_str());
   std::remove((dir + "/peer.log").c_str());
   rmdir(dir.c_str());
-  return 0;
+  return status;
 }

@@ -4,14 +4,16 @@
 // read three ways: by the whole-file line loader alone (the floor every
 // reader pays), by the command model (TarnParFile::Parse) and by the word
 // reader for one command (TarnParFileParser::ParseParameterFile). Speeds are
-// in bytes per second of file; the summary prints each reader's speed as a
-// share of the loader's. Logging is set to INFO, as a production run would
+// in bytes per second of file; the summary prints each reader's time as a
+// multiple of the loader's. Logging is set to INFO, as a production run would
 // have it, so trace and debug lines cost nothing.
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/system/TextLinesParser.h"
 #include "TarnUtilities/text/TarnParFile.h"
 #include "TarnUtilities/text/TarnParFileParser.h"
+
+#include "RatioReporter.h"
 
 #include <ace/Log_Msg.h>
 #include <benchmark/benchmark.h>
@@ -20,7 +22,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <string>
 #include <unistd.h>
 
@@ -128,33 +129,10 @@ BENCHMARK(BM_TextLinesParser)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_TarnParFile_Parse)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ParseParameterFile_OneCommand)->Unit(benchmark::kMillisecond);
 
-// Keeps the speed of every run (the median when aggregates are reported)
-// and prints the readers' speeds against the loader's at the end.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs) {
-      const bool wanted = run.run_type == Run::RT_Iteration || run.aggregate_name == "median";
-      const auto speed = run.counters.find("bytes_per_second");
-      if (wanted && speed != run.counters.end())
-        speeds_[run.run_name.function_name] = speed->second.value;
-    }
-    ConsoleReporter::ReportRuns(runs);
-  }
-
-  void PrintSummary() const {
-    const auto floor = speeds_.find("BM_TextLinesParser");
-    if (floor == speeds_.end() || floor->second <= 0)
-      return;
-    std::printf("\nFile: %.1f MB, %d command blocks\n", File().bytes / 1e6, kBlocks);
-    for (const auto& [name, speed] : speeds_)
-      std::printf("%-36s %8.1f MB/s   loader/this = %.2f\n", name.c_str(), speed / 1e6,
-                  floor->second / speed);
-  }
-
-private:
-  std::map<std::string, double> speeds_;
-};
+// Generates the file once, outside the timings, and states its size.
+void PrepareFile() {
+  std::printf("File: %.1f MB, %d command blocks\n", File().bytes / 1e6, kBlocks);
+}
 
 } // namespace
 
@@ -163,13 +141,9 @@ int main(int argc, char** argv) {
   ACE_Log_Msg::instance()->priority_mask(LM_INFO | LM_NOTICE | LM_WARNING | LM_ERROR | LM_CRITICAL |
                                              LM_ALERT | LM_EMERGENCY,
                                          ACE_Log_Msg::PROCESS);
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv))
-    return 1;
-  File(); // generated once, outside the timings
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintSummary();
-  benchmark::Shutdown();
-  return 0;
+  // Each reader's time divided by the loader's: how many times the floor it costs.
+  return tarnbench::RunWithRatios(argc, argv,
+                                  {{"BM_TarnParFile_Parse", "BM_TextLinesParser"},
+                                   {"BM_ParseParameterFile_OneCommand", "BM_TextLinesParser"}},
+                                  PrepareFile);
 }

@@ -13,6 +13,8 @@
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/text/TarnFormatUtil.h"
 
+#include "RatioReporter.h"
+
 #include <benchmark/benchmark.h>
 #include <fast_float/fast_float.h>
 
@@ -22,7 +24,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -142,49 +143,19 @@ BENCHMARK(BM_Strtod)->Apply(SetNames);
 BENCHMARK(BM_StdFromChars)->Apply(SetNames);
 BENCHMARK(BM_FastFloat)->Apply(SetNames);
 
-// Keeps the median (or, without repetitions, the single) real time of each
-// benchmark while printing the usual table.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
-      if (median || run.run_type == Run::RT_Iteration)
-        times_[run.run_name.function_name + "/" + run.run_name.args] = {run.GetAdjustedRealTime(),
-                                                                        run.GetAdjustedCPUTime()};
-    }
-  }
 
-  void PrintRatio(const std::string& peer, int set) const {
-    static const char* const kSetNames[] = {"Random17", "Uniform17", "Short"};
+// The peer's median time divided by ours, for every peer on every set
+// (set 0 Random17, 1 Uniform17, 2 Short).
+std::vector<tarnbench::RatioPair> PeersOverOurs() {
+  std::vector<tarnbench::RatioPair> pairs;
+  for (int set = 0; set < 3; ++set) {
     const std::string suffix = "/set:" + std::to_string(set);
-    const auto a = times_.find("BM_StrToDouble" + suffix), b = times_.find(peer + suffix);
-    if (a == times_.end() || b == times_.end() || a->second.real <= 0 || a->second.cpu <= 0)
-      return;
-    const double real = b->second.real / a->second.real, cpu = b->second.cpu / a->second.cpu;
-    std::printf("ratio %-16s / BM_StrToDouble  %-10s real %6.2f  cpu %6.2f  (%s)\n",
-                peer.c_str(), kSetNames[set], real, cpu,
-                cpu >= 1 ? "ours faster or equal" : "ours slower");
+    for (const char* peer : {"BM_Strtod", "BM_StdFromChars", "BM_FastFloat"})
+      pairs.emplace_back(peer + suffix, "BM_StrToDouble" + suffix);
   }
-
-private:
-  struct Times { double real, cpu; };
-  std::map<std::string, Times> times_;
-};
+  return pairs;
+}
 
 } // namespace
 
-int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv))
-    return 1;
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  std::printf("\nmedian time of the peer divided by ours (set 0 Random17, 1 Uniform17, 2 Short):\n");
-  for (int set = 0; set < 3; ++set)
-    for (const char* peer : {"BM_Strtod", "BM_StdFromChars", "BM_FastFloat"})
-      reporter.PrintRatio(peer, set);
-  benchmark::Shutdown();
-  return 0;
-}
+int main(int argc, char** argv) { return tarnbench::RunWithRatios(argc, argv, PeersOverOurs()); }

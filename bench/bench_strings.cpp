@@ -5,19 +5,20 @@
 // of several separators, SplitLine against find_first_of), and
 // TarnStringUtil::ToInt against std::from_chars and strtol. Every program
 // prints, after the usual table, the ratio of each peer's median time to
-// ours (above 1 means we are faster). CPU time is compared: on a shared
-// machine the wall-clock time also counts the waits for a core.
+// ours (above 1 means we are faster), in real and in CPU time. Read the CPU
+// time: on a shared machine the wall-clock time also counts the waits for a
+// core.
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/text/TarnStringTokenizer.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 
+#include "RatioReporter.h"
+
 #include <benchmark/benchmark.h>
 
 #include <charconv>
-#include <cstdio>
 #include <cstdlib>
-#include <map>
 #include <random>
 #include <sstream>
 #include <string>
@@ -201,49 +202,16 @@ void BM_Strtol(benchmark::State& state) {
 }
 BENCHMARK(BM_Strtol);
 
-// ---------------------------------------------------------------- ratios
-
-// Keeps the median (or, without repetitions, the single) CPU time of each
-// benchmark while printing the usual table.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
-      if (median || run.run_type == Run::RT_Iteration)
-        times_[run.run_name.function_name] = run.GetAdjustedCPUTime();
-    }
-  }
-
-  void PrintRatio(const char* ours, const char* peer) const {
-    const auto a = times_.find(ours), b = times_.find(peer);
-    if (a == times_.end() || b == times_.end() || a->second <= 0)
-      return;
-    std::printf("ratio %-22s / %-16s = %6.2f  (%s)\n", peer, ours, b->second / a->second,
-                b->second >= a->second ? "ours faster or equal" : "ours slower");
-  }
-
-private:
-  std::map<std::string, double> times_;
-};
-
 } // namespace
 
 int main(int argc, char** argv) {
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv))
-    return 1;
-  RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  std::printf("\nmedian time of the peer divided by ours:\n");
-  reporter.PrintRatio("BM_SplitLine", "BM_FindSplit");
-  reporter.PrintRatio("BM_SplitLine", "BM_IstringstreamSplit");
-  reporter.PrintRatio("BM_SplitLineMultiSep", "BM_FindFirstOfSplit");
-  reporter.PrintRatio("BM_TarnSplit", "BM_FindSplit");
-  reporter.PrintRatio("BM_TarnSplit", "BM_IstringstreamSplit");
-  reporter.PrintRatio("BM_ToInt", "BM_FromChars");
-  reporter.PrintRatio("BM_ToInt", "BM_Strtol");
-  benchmark::Shutdown();
-  return 0;
+  // Each ratio is the peer's median time divided by ours.
+  return tarnbench::RunWithRatios(argc, argv,
+                                  {{"BM_FindSplit", "BM_SplitLine"},
+                                   {"BM_IstringstreamSplit", "BM_SplitLine"},
+                                   {"BM_FindFirstOfSplit", "BM_SplitLineMultiSep"},
+                                   {"BM_FindSplit", "BM_TarnSplit"},
+                                   {"BM_IstringstreamSplit", "BM_TarnSplit"},
+                                   {"BM_FromChars", "BM_ToInt"},
+                                   {"BM_Strtol", "BM_ToInt"}});
 }
