@@ -3,12 +3,10 @@
 #include "TarnUtilities/logging/ZEL_Failure.h"
 #include "TarnUtilities/logging/ZEL_LogMacros.h"
 #include "TarnUtilities/logging/ZEL_Message.h"
-#include "container/ArrayMemory.h"
+#include "container/GrowableArrayOps.h"
 
 #include <cinttypes>
 #include <cmath>
-#include <cstdlib>
-#include <cstring>
 #include <string>
 
 std::uint64_t ZEL_DoubleArray::s_InstanceCounter = 0;
@@ -31,15 +29,13 @@ ZEL_DoubleArray::ZEL_DoubleArray() noexcept : size(0), capacity(0), data(nullptr
 ZEL_DoubleArray::ZEL_DoubleArray(const std::vector<double>& values)
     : size(values.size()), capacity(values.capacity()), data(nullptr) {
   if (capacity != 0) {
-    data = ZEL_detail::MallocElements<double>(capacity);
+    data = ZEL_detail::MallocCopy(values);
     // The message names an integer array; existing log scanners match it.
     if (!data)
       FailAllocation(
           ZEL_MESSAGE("Failed to allocate memory for a integer array of capacity %" PRIu64,
                       capacity),
           "101524120414");
-    if (size != 0)
-      std::memcpy(data, values.data(), values.size() * sizeof(double));
   }
   ++s_InstanceCounter;
 }
@@ -51,10 +47,8 @@ ZEL_DoubleArray::ZEL_DoubleArray(const ZEL_DoubleArray& other)
 }
 
 ZEL_DoubleArray::ZEL_DoubleArray(ZEL_DoubleArray&& other) noexcept
-    : size(other.size), capacity(other.capacity), data(other.data) {
-  other.size = 0;
-  other.capacity = 0;
-  other.data = nullptr;
+    : size(0), capacity(0), data(nullptr) {
+  ZEL_detail::TakeBlock(*this, other);
   ++s_InstanceCounter;
 }
 
@@ -65,41 +59,21 @@ ZEL_DoubleArray& ZEL_DoubleArray::operator=(const ZEL_DoubleArray& other) {
 }
 
 ZEL_DoubleArray& ZEL_DoubleArray::operator=(ZEL_DoubleArray&& other) noexcept {
-  if (this != &other) {
-    std::free(data);
-    size = other.size;
-    capacity = other.capacity;
-    data = other.data;
-    other.size = 0;
-    other.capacity = 0;
-    other.data = nullptr;
-  }
+  ZEL_detail::MoveAssign(*this, other);
   return *this;
 }
 
 ZEL_DoubleArray::~ZEL_DoubleArray() {
-  std::free(data);
-  size = 0;
-  capacity = 0;
-  data = nullptr;
+  ZEL_detail::FreeBlock(*this);
   --s_InstanceCounter;
 }
 
 void ZEL_DoubleArray::Reserve(std::uint64_t n) {
-  if (n <= capacity)
-    return;
-  double* grown = ZEL_detail::ReallocElements(data, n);
-  if (!grown) {
-    // Unlike the integer array, the old block is let go without being
-    // freed: callers that handed its address to Fortran may still read it.
-    data = nullptr;
-    size = 0;
-    capacity = 0;
+  // Unlike the integer array, a failure lets go of the old block without
+  // freeing it: callers that handed its address to Fortran may still read it.
+  if (!ZEL_detail::GrowBlockTo(*this, n, /*freeOldBlock=*/false))
     FailAllocation(ZEL_MESSAGE("Failed to allocate memory for a double array of size %" PRIu64, n),
                    "101524120415");
-  }
-  data = grown;
-  capacity = n;
 }
 
 void ZEL_DoubleArray::Grow() {
@@ -109,39 +83,12 @@ void ZEL_DoubleArray::Grow() {
   Reserve(n);
 }
 
-void ZEL_DoubleArray::Resize(std::uint64_t n) {
-  Reserve(n);
-  if (n > size)
-    std::memset(data + size, 0, static_cast<std::size_t>(n - size) * sizeof(double));
-  size = n;
-}
+void ZEL_DoubleArray::Resize(std::uint64_t n) { ZEL_detail::ResizeZeroFilled(*this, n); }
 
 void ZEL_DoubleArray::Insert(std::uint64_t position, double value) {
-  if (position > size)
-    position = size;
-  PushBack(0.0);
-  std::memmove(data + position + 1, data + position,
-               static_cast<std::size_t>(size - 1 - position) * sizeof(double));
-  data[position] = value;
+  ZEL_detail::InsertAt(*this, position, value);
 }
 
 void ZEL_DoubleArray::AssignRawDataCopy(const double* values, std::uint64_t count) {
-  if (count == 0) {
-    size = 0;
-    return;
-  }
-  if (!values)
-    throw ZEL_Failure(ZEL_Code(),
-                      ZEL_MESSAGE("ZEL_DoubleArray::AssignRawDataCopy was given a null pointer "
-                                  "for %" PRIu64 " elements",
-                                  count),
-                      kHeader);
-  // `values` may point into this block; remember its offset in case the
-  // block moves while it grows.
-  const bool inside = data && values >= data && values < data + capacity;
-  const std::size_t offset = inside ? static_cast<std::size_t>(values - data) : 0;
-  Reserve(count);
-  const double* source = inside ? data + offset : values;
-  std::memmove(data, source, static_cast<std::size_t>(count) * sizeof(double));
-  size = count;
+  ZEL_detail::AssignCopy(*this, values, count, "ZEL_DoubleArray", kHeader);
 }

@@ -4,11 +4,11 @@
 #include "TarnUtilities/logging/ZEL_LogMacros.h"
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "container/ArrayMemory.h"
+#include "container/GrowableArrayOps.h"
 
 #include <algorithm>
 #include <cinttypes>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -52,14 +52,12 @@ ZEL_IntArray::ZEL_IntArray(std::uint64_t count) : size(count), capacity(count), 
 ZEL_IntArray::ZEL_IntArray(const std::vector<int>& values)
     : size(values.size()), capacity(values.capacity()), data(nullptr) {
   if (capacity != 0) {
-    data = ZEL_detail::MallocElements<int>(capacity);
+    data = ZEL_detail::MallocCopy(values);
     if (!data)
       FailAllocation(
           ZEL_MESSAGE("Failed to allocate memory for an integer array of capacity %" PRIu64,
                       capacity),
           "101524120412");
-    if (size != 0)
-      std::memcpy(data, values.data(), values.size() * sizeof(int));
   }
   ++s_InstanceCounter;
 }
@@ -75,11 +73,8 @@ ZEL_IntArray::ZEL_IntArray(const ZEL_IntArray& other) : size(0), capacity(0), da
   ++s_InstanceCounter;
 }
 
-ZEL_IntArray::ZEL_IntArray(ZEL_IntArray&& other) noexcept
-    : size(other.size), capacity(other.capacity), data(other.data) {
-  other.size = 0;
-  other.capacity = 0;
-  other.data = nullptr;
+ZEL_IntArray::ZEL_IntArray(ZEL_IntArray&& other) noexcept : size(0), capacity(0), data(nullptr) {
+  ZEL_detail::TakeBlock(*this, other);
   ++s_InstanceCounter;
 }
 
@@ -90,44 +85,22 @@ ZEL_IntArray& ZEL_IntArray::operator=(const ZEL_IntArray& other) {
 }
 
 ZEL_IntArray& ZEL_IntArray::operator=(ZEL_IntArray&& other) noexcept {
-  if (this != &other) {
-    std::free(data);
-    size = other.size;
-    capacity = other.capacity;
-    data = other.data;
-    other.size = 0;
-    other.capacity = 0;
-    other.data = nullptr;
-  }
+  ZEL_detail::MoveAssign(*this, other);
   return *this;
 }
 
 ZEL_IntArray::~ZEL_IntArray() {
-  std::free(data);
-  size = 0;
-  capacity = 0;
-  data = nullptr;
+  ZEL_detail::FreeBlock(*this);
   --s_InstanceCounter;
 }
 
 void ZEL_IntArray::Reserve(std::uint64_t n) {
   if (n < MINIMUM_SIZE)
     n = MINIMUM_SIZE;
-  if (n <= capacity)
-    return;
-  int* grown = ZEL_detail::ReallocElements(data, n);
-  if (!grown) {
-    // The old block is given up: the array is left empty and consistent,
-    // so that nothing can write through a stale size or capacity.
-    std::free(data);
-    data = nullptr;
-    size = 0;
-    capacity = 0;
+  // A failure frees the old block: nothing else owns it.
+  if (!ZEL_detail::GrowBlockTo(*this, n, /*freeOldBlock=*/true))
     FailAllocation(ZEL_MESSAGE("Failed to allocate memory for a integer array of size %" PRIu64, n),
                    "101524120413");
-  }
-  data = grown;
-  capacity = n;
 }
 
 void ZEL_IntArray::Grow() {
@@ -135,42 +108,14 @@ void ZEL_IntArray::Grow() {
   Reserve(static_cast<std::uint64_t>(std::ceil(static_cast<double>(size) * GROWTH_RATE)));
 }
 
-void ZEL_IntArray::Resize(std::uint64_t n) {
-  Reserve(n);
-  if (n > size)
-    std::memset(data + size, 0, static_cast<std::size_t>(n - size) * sizeof(int));
-  size = n;
-}
+void ZEL_IntArray::Resize(std::uint64_t n) { ZEL_detail::ResizeZeroFilled(*this, n); }
 
 void ZEL_IntArray::Insert(std::uint64_t position, int value) {
-  if (position > size)
-    position = size;
-  PushBack(0);
-  std::memmove(data + position + 1, data + position,
-               static_cast<std::size_t>(size - 1 - position) * sizeof(int));
-  data[position] = value;
+  ZEL_detail::InsertAt(*this, position, value);
 }
 
 void ZEL_IntArray::AssignRawDataCopy(const int* values, std::uint64_t count) {
-  if (count == 0) {
-    Reserve(0);
-    size = 0;
-    return;
-  }
-  if (!values)
-    throw ZEL_Failure(ZEL_Code(),
-                      ZEL_MESSAGE("ZEL_IntArray::AssignRawDataCopy was given a null pointer for "
-                                  "%" PRIu64 " elements",
-                                  count),
-                      kHeader);
-  // `values` may point into this block; remember its offset in case the
-  // block moves while it grows.
-  const bool inside = data && values >= data && values < data + capacity;
-  const std::size_t offset = inside ? static_cast<std::size_t>(values - data) : 0;
-  Reserve(count);
-  const int* source = inside ? data + offset : values;
-  std::memmove(data, source, static_cast<std::size_t>(count) * sizeof(int));
-  size = count;
+  ZEL_detail::AssignCopy(*this, values, count, "ZEL_IntArray", kHeader);
 }
 
 std::uint64_t ZEL_IntArray::Count(int value) const {
@@ -193,12 +138,7 @@ void ZEL_IntArray::Unique() {
   size = static_cast<std::uint64_t>(std::unique(begin(), end()) - begin());
 }
 
-void ZEL_IntArray::Deallocate() {
-  std::free(data);
-  data = nullptr;
-  size = 0;
-  capacity = 0;
-}
+void ZEL_IntArray::Deallocate() { ZEL_detail::FreeBlock(*this); }
 
 bool ZEL_IntArray::operator==(const ZEL_IntArray& other) const {
   return size == other.size && std::equal(begin(), end(), other.begin());
