@@ -2,6 +2,7 @@
 #include "TarnUtilities/system/TarnSysUtil.h"
 #include "TarnUtilities/text/TarnFormatUtil.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
+#include "text/TextCharClass.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -17,30 +18,6 @@ namespace {
 
 // The original reads variables into a buffer of 32,768 characters.
 constexpr std::size_t kEnvBufferChars = 32768;
-
-bool IsBlank(char c) { return c == ' ' || (c >= 9 && c <= 13); }
-
-std::string TrimBlanks(const std::string& s) {
-  std::size_t first = 0;
-  std::size_t last = s.size();
-  while (first < last && IsBlank(s[first]))
-    ++first;
-  while (last > first && IsBlank(s[last - 1]))
-    --last;
-  return s.substr(first, last - first);
-}
-
-bool IsBlank16(char16_t c) { return c == u' ' || (c >= 9 && c <= 13); }
-
-std::u16string TrimBlanks16(const std::u16string& s) {
-  std::size_t first = 0;
-  std::size_t last = s.size();
-  while (first < last && IsBlank16(s[first]))
-    ++first;
-  while (last > first && IsBlank16(s[last - 1]))
-    --last;
-  return s.substr(first, last - first);
-}
 
 // Computes the UTF-8 form of a wide name; empty for null.
 std::string Utf8(const char16_t* s) { return s ? TarnStringUtil::wide_to_utf8(s) : std::string(); }
@@ -63,7 +40,7 @@ std::string get_env_var(const char* name, const char* defaultValue, bool trim) {
   if (value == nullptr || *value == '\0')
     return defaultValue ? std::string(defaultValue) : std::string();
   std::string result(value, strnlen(value, kEnvBufferChars - 1));
-  return trim ? TrimBlanks(result) : result;
+  return trim ? TarnStringUtil::Trim(result) : result;
 }
 
 bool is_env_var(const char* name) {
@@ -91,7 +68,7 @@ std::u16string get_env_var(const char16_t* name, const char16_t* defaultValue, b
       --cut;
     result.resize(cut);
   }
-  return trim ? TrimBlanks16(result) : result;
+  return trim ? std::u16string(tarn_detail::TrimBlanks(std::u16string_view(result))) : result;
 }
 
 bool is_env_var(const char16_t* name) {

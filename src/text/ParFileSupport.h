@@ -9,6 +9,8 @@
 #ifndef TARNUTILITIES_SRC_TEXT_PARFILESUPPORT_H
 #define TARNUTILITIES_SRC_TEXT_PARFILESUPPORT_H
 
+#include "text/TextCharClass.h"
+
 #include <cstddef>
 #include <string>
 
@@ -28,7 +30,7 @@ inline char ToLowerAscii(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<c
 inline bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 inline bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 /// Space and the characters tab to carriage return (9 to 13).
-inline bool IsBlank(char c) { return c == ' ' || (c >= 9 && c <= 13); }
+using tarn_detail::IsBlank;
 
 /// s in lower case (ASCII letters only).
 std::string ToLowerCopy(const std::string& s);

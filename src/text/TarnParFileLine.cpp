@@ -4,6 +4,7 @@
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "text/ParFileSupport.h"
+#include "text/TextCharClass.h"
 
 #include <algorithm>
 #include <array>
@@ -53,15 +54,7 @@ std::size_t FindOrEnd(std::string_view text, char separator, std::size_t pos) {
 }
 
 // The text without the blanks (TarnStringUtil::WHITE_SPACES_ALL) at its ends.
-std::string_view Trimmed(std::string_view text) {
-  std::size_t first = 0;
-  std::size_t last = text.size();
-  while (first < last && IsBlank(text[first]))
-    ++first;
-  while (last > first && IsBlank(text[last - 1]))
-    --last;
-  return text.substr(first, last - first);
-}
+std::string_view Trimmed(std::string_view text) { return tarn_detail::TrimBlanks(text); }
 
 bool StartsWithNoCase(std::string_view text, std::string_view lowerPrefix) {
   if (text.size() < lowerPrefix.size())
