@@ -122,17 +122,22 @@ template <class Peek> DecimalText ScanDecimal(const char* s, Peek peek) {
   std::uint64_t w = 0;
   std::int64_t count = 0;
   bool truncated = false;
+  // Reads a run of digits: the first kMaxWDigits into w, the rest only
+  // counted (noting whether any of them is not zero).
+  const auto readDigits = [&] {
+    while (IsDigit(c) && count < kMaxWDigits) {
+      w = w * 10 + static_cast<unsigned>(c - '0');
+      ++count;
+      c = peek(++p);
+    }
+    while (IsDigit(c)) {
+      truncated |= (c != '0');
+      ++count;
+      c = peek(++p);
+    }
+  };
   const char* runStart = p;
-  while (IsDigit(c) && count < kMaxWDigits) {
-    w = w * 10 + static_cast<unsigned>(c - '0');
-    ++count;
-    c = peek(++p);
-  }
-  while (IsDigit(c)) {
-    truncated |= (c != '0');
-    ++count;
-    c = peek(++p);
-  }
+  readDigits();
   const std::int64_t intDigits = p - runStart;
   std::int64_t zerosAfterPoint = 0;
   anyDigit |= intDigits > 0;
@@ -146,16 +151,7 @@ template <class Peek> DecimalText ScanDecimal(const char* s, Peek peek) {
       zerosAfterPoint = p - fracStart;
       d.digitsBegin = p;
     }
-    while (IsDigit(c) && count < kMaxWDigits) {
-      w = w * 10 + static_cast<unsigned>(c - '0');
-      ++count;
-      c = peek(++p);
-    }
-    while (IsDigit(c)) {
-      truncated |= (c != '0');
-      ++count;
-      c = peek(++p);
-    }
+    readDigits();
     anyDigit |= p > fracStart;
   }
   if (!anyDigit)
