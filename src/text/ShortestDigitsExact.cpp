@@ -11,6 +11,7 @@
 #include "ShortestDigitsInternal.h"
 
 #include <cstddef>
+#include <cstring>
 
 namespace tarn_detail {
 
@@ -58,17 +59,39 @@ bool MulPow10(UInt128& x, int n) {
 
 } // namespace
 
+namespace {
+
+void PutPair(char* p, uint32_t x) {
+  std::memcpy(p, kDigitPairs + 2 * x, 2);
+}
+
+/// Eight digits of x < 10^8, as four independent pairs.
+void PutEight(char* p, uint32_t x) {
+  const uint32_t hi = x / 10000, lo = x % 10000;
+  PutPair(p, hi / 100);
+  PutPair(p + 2, hi % 100);
+  PutPair(p + 4, lo / 100);
+  PutPair(p + 6, lo % 100);
+}
+
+} // namespace
+
 void WriteDigits(char* p, uint64_t x, int width) {
-  while (width >= 2) {
-    const uint64_t q = x / 100;
-    const size_t pair = static_cast<size_t>(x - q * 100) * 2;
-    p[width - 2] = kDigitPairs[pair];
-    p[width - 1] = kDigitPairs[pair + 1];
+  while (width > 8) {
+    const uint64_t q = x / 100000000;
+    PutEight(p + width - 8, static_cast<uint32_t>(x - q * 100000000));
     x = q;
+    width -= 8;
+  }
+  uint32_t y = static_cast<uint32_t>(x);
+  while (width >= 2) {
+    const uint32_t q = y / 100;
+    PutPair(p + width - 2, y - q * 100);
+    y = q;
     width -= 2;
   }
   if (width == 1)
-    p[0] = char('0' + x % 10);
+    p[0] = char('0' + y % 10);
 }
 
 // Let v = W * 10^t with W an integer that is not a multiple of ten, and let

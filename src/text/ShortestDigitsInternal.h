@@ -50,7 +50,7 @@ inline int DecimalLength(uint64_t x) {
   return n;
 }
 
-/// Writes the low `width` decimal digits of x to p[0 .. width), with
+/// Writes the `width` decimal digits of x < 10^width to p[0 .. width), with
 /// leading zeros: (42, 4) gives "0042".
 void WriteDigits(char* p, uint64_t x, int width);
 
