@@ -17,5 +17,7 @@
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "TarnUtilities/logging/ZelStatusCode.h"
 #include "TarnUtilities/system/TarnSysUtil.h"
+#include "TarnUtilities/text/ZEL_ConfigFile.h"
+#include "TarnUtilities/text/ZEL_ConfigFileItem.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H
