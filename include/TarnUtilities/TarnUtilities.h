@@ -19,5 +19,11 @@
 #include "TarnUtilities/system/TarnSysUtil.h"
 #include "TarnUtilities/text/ZEL_ConfigFile.h"
 #include "TarnUtilities/text/ZEL_ConfigFileItem.h"
+#include "TarnUtilities/text/TarnStringFunctions.h"
+#include "TarnUtilities/text/TarnStringTokenizer.h"
+#include "TarnUtilities/text/TarnStringUtil.h"
+#include "TarnUtilities/text/TarnUtfUtil.h"
+#include "TarnUtilities/system/TarnFileNameUtil.h"
+#include "TarnUtilities/system/TarnFileUtil.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H

@@ -6,6 +6,7 @@
 #include <ace/Log_Msg.h>
 
 #include <cstring>
+#include <string>
 
 namespace {
 
@@ -23,6 +24,29 @@ std::size_t AppendBounded(char* buffer, std::size_t length, const char* text, st
     n = room - length;
   std::memcpy(buffer + length, text, n);
   return length + n;
+}
+
+// ACE formats a line into a buffer of ACE_MAXLOGMSGLEN bytes and cuts what
+// does not fit. Longer messages are therefore written as several lines, each
+// with the prefix and header, so that no part of a message is lost. The
+// expanded header adds the time (15 characters), the process id (at most 10)
+// and the program name to the format; kExpansionMargin covers the first two.
+constexpr std::size_t kExpansionMargin = 64;
+constexpr std::size_t kMinChunk = 256;
+
+// Computes the length of the next piece of message (at most limit bytes):
+// up to and including the last line break within the limit, else cut before
+// a UTF-8 continuation byte so that no character is split.
+std::size_t NextChunk(const char* text, std::size_t length, std::size_t limit) {
+  if (length <= limit)
+    return length;
+  for (std::size_t i = limit; i > limit / 2; --i)
+    if (text[i - 1] == '\n')
+      return i;
+  std::size_t cut = limit;
+  while (cut > 1 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80)
+    --cut;
+  return cut;
 }
 
 void WriteLine(ACE_Log_Priority priority, const char* prefix, const char* file, int line,
@@ -47,7 +71,28 @@ void WriteLine(ACE_Log_Priority priority, const char* prefix, const char* file, 
   if (percents % 2 == 1)
     --length;
   std::memcpy(format + length, "%s\n", 4);
-  msg->log(priority, format, message ? message : "");
+
+  const char* text = message ? message : "";
+  std::size_t remaining = std::strlen(text);
+  const char* programName = ACE_Log_Msg::program_name();
+  const std::size_t overhead =
+      length + kExpansionMargin + (programName ? std::strlen(programName) : 0);
+  const std::size_t limit =
+      ACE_MAXLOGMSGLEN > overhead + kMinChunk ? ACE_MAXLOGMSGLEN - overhead : kMinChunk;
+  if (remaining <= limit) {
+    msg->log(priority, format, text);
+    return;
+  }
+  std::string piece;
+  while (remaining > 0) {
+    std::size_t n = NextChunk(text, remaining, limit);
+    // The line break that ends a piece is the one the format adds.
+    piece.assign(text, (text[n - 1] == '\n') ? n - 1 : n);
+    msg->conditional_set(file, line, -1, lastError);
+    msg->log(priority, format, piece.c_str());
+    text += n;
+    remaining -= n;
+  }
 }
 
 } // namespace

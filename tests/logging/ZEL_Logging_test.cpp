@@ -1,0 +1,448 @@
+//===- ZEL_Logging_test.cpp - Logger, destinations and failure reports ------===//
+#include "TarnUtilities/logging/ZEL_Failure.h"
+#include "TarnUtilities/logging/ZEL_LogMacros.h"
+#include "TarnUtilities/logging/ZEL_Logging.h"
+#include "TarnUtilities/logging/ZEL_XmlString.h"
+#include "TarnUtilities/text/TarnStringUtil.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <cstdlib>
+#include <mutex>
+#include <regex>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+std::mutex g_linesMutex;
+std::vector<std::string> g_lines;
+
+void Collect(const char16_t* line) {
+  std::lock_guard<std::mutex> lock(g_linesMutex);
+  g_lines.push_back(TarnStringUtil::wide_to_utf8(line));
+}
+
+std::vector<std::string> Lines() {
+  std::lock_guard<std::mutex> lock(g_linesMutex);
+  return g_lines;
+}
+
+const char* const kHeader = "[%T|%n|%P|TarnUtilities|LoggingTest] ";
+
+std::u16string Wide(const std::string& s) { return TarnStringUtil::utf8_to_wide(s.c_str()); }
+
+// Every test starts without a logger and a listener and leaves none behind.
+class LoggingTest : public testing::Test {
+protected:
+  void SetUp() override {
+    ZEL_Logging::Release();
+    std::lock_guard<std::mutex> lock(g_linesMutex);
+    g_lines.clear();
+  }
+  void TearDown() override {
+    ZEL_Logging::RemoveListener();
+    ZEL_Logging::Release();
+  }
+
+  // Starts the logger at `level` writing into a log file in the scratch
+  // directory, with the collecting listener installed.
+  void Start(ZEL_Loglevels::Level level, ZEL_LogConfig config = ZEL_LogConfig()) {
+    config.level = level;
+    if (config.logFile.empty())
+      config.logFile = u"test.log";
+    ZEL_Logging::Init("logtest", config, Wide(dir_.path()));
+    ZEL_Logging::SetListener(&Collect);
+  }
+  std::string LogText() const { return tarn_test::ReadFile(dir_.file("test.log")); }
+
+  tarn_test::TempDir dir_;
+};
+
+} // namespace
+
+TEST(ZEL_Loglevels, NamesLettersAndMasks) {
+  EXPECT_EQ(ZEL_Loglevels::StringToLogLevel("DEBUG"), ZEL_Loglevels::DEBUG);
+  EXPECT_EQ(ZEL_Loglevels::StringToLogLevel("debug"), ZEL_Loglevels::NOTICE);
+  EXPECT_EQ(ZEL_Loglevels::StringToLogLevel(""), ZEL_Loglevels::NOTICE);
+  EXPECT_EQ(ZEL_Loglevels::StringToLogLevel("DEBUG "), ZEL_Loglevels::NOTICE);
+  EXPECT_EQ(ZEL_Loglevels::EnumToLogLevel('X'), ZEL_Loglevels::DEVELOP);
+  EXPECT_EQ(ZEL_Loglevels::EnumToLogLevel('q'), ZEL_Loglevels::NOTICE);
+  EXPECT_EQ(ZEL_Loglevels::EnumToLogLevel('Q'), ZEL_Loglevels::QUIET);
+
+  const auto levels = ZEL_Loglevels::GetLogLevels();
+  ASSERT_EQ(levels.size(), 9u);
+  EXPECT_EQ(levels.front(), std::make_pair('Q', std::string("QUIET")));
+  EXPECT_EQ(levels.back(), std::make_pair('X', std::string("DEVELOP")));
+  for (const auto& [letter, name] : levels) {
+    SCOPED_TRACE(name);
+    const ZEL_Loglevels::Level level = ZEL_Loglevels::StringToLogLevel(name);
+    EXPECT_EQ(ZEL_Loglevels::ToEnum(level), letter);
+    EXPECT_EQ(ZEL_Loglevels::ToString(level), name);
+    EXPECT_EQ(ZEL_Loglevels::EnumToLogLevel(letter), level);
+  }
+
+  const unsigned long masks[] = {0, 256, 384, 416, 432, 440, 444, 446, 446};
+  for (int i = 0; i < 9; ++i)
+    EXPECT_EQ(ZEL_Loglevels::PriorityMask(static_cast<ZEL_Loglevels::Level>(i)), masks[i]) << i;
+  EXPECT_EQ(ZEL_Loglevels::PriorityMask(static_cast<ZEL_Loglevels::Level>(9)), 0u);
+  EXPECT_EQ(ZEL_Loglevels::ToEnum(static_cast<ZEL_Loglevels::Level>(-1)), '?');
+  EXPECT_STREQ(ZEL_Loglevels::ToString(static_cast<ZEL_Loglevels::Level>(42)), "UNKNOWN");
+}
+
+TEST(ZEL_XmlString, EscapesOnlyMarkup) {
+  EXPECT_EQ(ZEL_XmlString("a < b && c > d"), "a &lt; b &amp;&amp; c &gt; d");
+  EXPECT_EQ(ZEL_XmlString("\"quoted\" 'x'"), "\"quoted\" 'x'");
+  EXPECT_EQ(ZEL_XmlString(""), "");
+}
+
+TEST_F(LoggingTest, LineLayoutExpandsHeaderDirectives) {
+  Start(ZEL_Loglevels::NOTICE);
+  ZEL_LogMacros::error("file.cpp", 10, kHeader, "disk full");
+  const std::regex layout(R"(\(ERROR   \) \[\d\d:\d\d:\d\d\.\d{6}\|logtest\|\d+\|TarnUtilities\|LoggingTest\] disk full\n)");
+  ASSERT_EQ(Lines().size(), 1u);
+  EXPECT_TRUE(std::regex_match(Lines()[0], layout)) << Lines()[0];
+  EXPECT_TRUE(std::regex_match(LogText(), layout)) << LogText();
+}
+
+TEST_F(LoggingTest, PrefixesOfEveryLevel) {
+  Start(ZEL_Loglevels::DEVELOP);
+  ZEL_LogMacros::critical("f", 1, "", "m");
+  ZEL_LogMacros::error("f", 1, "", "m");
+  ZEL_LogMacros::warning("f", 1, "", "m");
+  ZEL_LogMacros::notice("f", 1, "", "m");
+  ZEL_LogMacros::info("f", 1, "", "m");
+  ZEL_LogMacros::debug("f", 1, "", "m");
+  ZEL_LogMacros::trace("f", 1, "", "m");
+  ZEL_LogMacros::develop("f", 1, "", "m");
+  const std::vector<std::string> expected = {"(CRITICAL) m\n", "(ERROR   ) m\n", "(WARNING ) m\n",
+                                             "(NOTICE  ) m\n", "(INFO    ) m\n", "(DEBUG   ) m\n",
+                                             "(TRACE   ) m\n", "(DEVELOP ) m\n"};
+  EXPECT_EQ(Lines(), expected);
+}
+
+TEST_F(LoggingTest, LevelFiltersLines) {
+  Start(ZEL_Loglevels::NOTICE);
+  ZEL_LogMacros::info("f", 1, "", "hidden info");
+  ZEL_LogMacros::debug("f", 1, "", "hidden debug");
+  ZEL_LogMacros::develop("f", 1, "", "shown develop");
+  ZEL_LogMacros::notice("f", 1, "", "shown notice");
+  EXPECT_EQ(Lines(), (std::vector<std::string>{"(DEVELOP ) shown develop\n",
+                                               "(NOTICE  ) shown notice\n"}));
+}
+
+TEST_F(LoggingTest, QuietLevelWritesNothingNotEvenCritical) {
+  Start(ZEL_Loglevels::QUIET);
+  ZEL_LogMacros::critical("f", 1, kHeader, "nothing");
+  ZEL_Logging::Failure(ZEL_Failure(ZEL_Code("183807301111"), "nothing either", ""));
+  EXPECT_TRUE(Lines().empty());
+  EXPECT_EQ(LogText(), "");
+}
+
+TEST_F(LoggingTest, SecondInitIsIgnored) {
+  Start(ZEL_Loglevels::ERROR);
+  ZEL_LogConfig louder;
+  louder.level = ZEL_Loglevels::DEBUG;
+  ZEL_Logging::Init("other", louder, u".");
+  EXPECT_EQ(ZEL_Logging::GetConfig().level, ZEL_Loglevels::ERROR);
+  ZEL_LogMacros::warning("f", 1, "", "still filtered");
+  EXPECT_TRUE(Lines().empty());
+}
+
+TEST_F(LoggingTest, MessageIsNeverAFormat) {
+  Start(ZEL_Loglevels::NOTICE);
+  ZEL_LogMacros::notice("f", 1, "", "100% sure: %d %s %n");
+  ASSERT_EQ(Lines().size(), 1u);
+  EXPECT_EQ(Lines()[0], "(NOTICE  ) 100% sure: %d %s %n\n");
+}
+
+TEST_F(LoggingTest, OverlongHeaderIsCutButMessageKept) {
+  Start(ZEL_Loglevels::NOTICE);
+  const std::string header(2000, 'h');
+  ZEL_LogMacros::notice("f", 1, header.c_str(), "tail");
+  ASSERT_EQ(Lines().size(), 1u);
+  EXPECT_THAT(Lines()[0], StartsWith("(NOTICE  ) hhhh"));
+  EXPECT_THAT(Lines()[0], testing::EndsWith("htail\n"));
+  EXPECT_LT(Lines()[0].size(), 520u);
+  // A cut right after a '%' must not turn the message directive into text.
+  const std::string percents(600, '%');
+  ZEL_LogMacros::notice("f", 1, percents.c_str(), "kept");
+  EXPECT_THAT(Lines().back(), testing::EndsWith("kept\n"));
+}
+
+TEST_F(LoggingTest, ListenerReceivesUtf16) {
+  Start(ZEL_Loglevels::NOTICE);
+  std::vector<std::u16string> received;
+  ZEL_LogMacros::notice("f", 1, "", "Grüße \xE2\x82\xAC");
+  ASSERT_EQ(Lines().size(), 1u);
+  EXPECT_EQ(Wide(Lines()[0]), u"(NOTICE  ) Grüße €\n");
+  ZEL_Logging::RemoveListener();
+  ZEL_LogMacros::notice("f", 1, "", "after removal");
+  EXPECT_EQ(Lines().size(), 1u);
+  EXPECT_THAT(LogText(), HasSubstr("after removal"));
+}
+
+TEST_F(LoggingTest, LogFileIsAppendedOrReplaced) {
+  tarn_test::WriteFile(dir_.file("test.log"), "old line\n");
+  Start(ZEL_Loglevels::NOTICE);
+  ZEL_LogMacros::notice("f", 1, "", "new line");
+  EXPECT_EQ(LogText(), "old line\n(NOTICE  ) new line\n");
+
+  ZEL_Logging::Release();
+  ZEL_LogConfig fresh;
+  fresh.removeExistingLogFile = true;
+  Start(ZEL_Loglevels::NOTICE, fresh);
+  ZEL_LogMacros::notice("f", 1, "", "only line");
+  EXPECT_EQ(LogText(), "(NOTICE  ) only line\n");
+}
+
+TEST_F(LoggingTest, LogFileWithDirectoryIsUsedAsGiven) {
+  tarn_test::TempDir other;
+  ZEL_LogConfig config;
+  config.logFile = Wide(other.file("elsewhere.log"));
+  Start(ZEL_Loglevels::NOTICE, config);
+  ZEL_LogMacros::notice("f", 1, "", "there");
+  EXPECT_EQ(tarn_test::ReadFile(other.file("elsewhere.log")), "(NOTICE  ) there\n");
+}
+
+TEST_F(LoggingTest, LinesFromAStdThreadReachEveryDestination) {
+  Start(ZEL_Loglevels::NOTICE);
+  std::thread worker([] {
+    for (int i = 0; i < 3; ++i)
+      ZEL_LogMacros::warning("f", 1, "", ("from worker " + std::to_string(i)).c_str());
+  });
+  worker.join();
+  ZEL_LogMacros::notice("f", 1, "", "from main");
+  EXPECT_EQ(Lines().size(), 4u);
+  const std::string text = LogText();
+  EXPECT_THAT(text, HasSubstr("(WARNING ) from worker 0\n"));
+  EXPECT_THAT(text, HasSubstr("(WARNING ) from worker 2\n"));
+  EXPECT_THAT(text, HasSubstr("(NOTICE  ) from main\n"));
+}
+
+TEST_F(LoggingTest, ReconfigurationReachesRunningThreads) {
+  Start(ZEL_Loglevels::NOTICE);
+  std::mutex m;
+  std::condition_variable cv;
+  int phase = 0;
+  std::thread worker([&] {
+    ZEL_LogMacros::notice("f", 1, "", "first file");
+    {
+      std::unique_lock<std::mutex> lock(m);
+      phase = 1;
+      cv.notify_all();
+      cv.wait(lock, [&] { return phase == 2; });
+    }
+    ZEL_LogMacros::notice("f", 1, "", "second file");
+  });
+  {
+    std::unique_lock<std::mutex> lock(m);
+    cv.wait(lock, [&] { return phase == 1; });
+  }
+  ZEL_LogConfig second;
+  second.logFile = u"second.log";
+  ZEL_Logging::SetConfig(second, Wide(dir_.path()));
+  {
+    std::lock_guard<std::mutex> lock(m);
+    phase = 2;
+  }
+  cv.notify_all();
+  worker.join();
+  EXPECT_EQ(LogText(), "(NOTICE  ) first file\n");
+  EXPECT_EQ(tarn_test::ReadFile(dir_.file("second.log")), "(NOTICE  ) second file\n");
+}
+
+namespace {
+ZEL_Failure ChainOfThree() {
+  ZEL_Failure root(ZEL_Code(), "root <cause> & more", "");
+  ZEL_Failure middle(root, ZEL_Code("095024130912"), "middle", "");
+  return ZEL_Failure(middle, ZEL_Code("142737310812"), "top line 1\ntop line 2\ntop line 3",
+                     "[%T|%n|%P|TarnUtilities|Thrower] ");
+}
+} // namespace
+
+TEST_F(LoggingTest, InternalFailureIsOneCriticalTextWithSupportSentence) {
+  ZEL_LogConfig config;
+  config.logFile = u"test.log";
+  Start(ZEL_Loglevels::NOTICE, config);
+  ZEL_Logging::Failure(ChainOfThree());
+  ASSERT_EQ(Lines().size(), 1u);
+  const std::string line = Lines()[0];
+  EXPECT_THAT(line, StartsWith("(CRITICAL) ["));
+  EXPECT_THAT(line, HasSubstr("|TarnUtilities|Thrower] **** Mendrel Corvane ERROR ****\n"
+                              "top line 1\ntop line 2\ntop line 3\n"
+                              "Code: 142737310812\n"
+                              "Reason:\n"
+                              "    middle\n"
+                              "    Code: 095024130912\n"
+                              "    Reason:\n"
+                              "        root <cause> & more\n"
+                              "\nError has application internal reasons.\n"
+                              "Please contact the support of Mendrel and supply "
+                              "the log-file test.log\n\n"));
+}
+
+TEST_F(LoggingTest, SupportSentenceNamesApplicationOutputWithoutLogFile) {
+  ZEL_LogConfig config;
+  config.level = ZEL_Loglevels::NOTICE;
+  ZEL_Logging::Init("logtest", config, Wide(dir_.path()));
+  ZEL_Logging::SetListener(&Collect);
+  testing::internal::CaptureStdout();
+  ZEL_Logging::Failure(ZEL_Failure(ZEL_Code("183807301111"), "boom", ""));
+  const std::string out = testing::internal::GetCapturedStdout();
+  ASSERT_EQ(Lines().size(), 1u);
+  EXPECT_THAT(Lines()[0], testing::EndsWith("supply the complete application output\n\n"));
+  EXPECT_THAT(Lines()[0], HasSubstr("|TarnUtilities|ZEL_Logging] **** Mendrel"));
+  EXPECT_EQ(out, Lines()[0]);
+}
+
+TEST_F(LoggingTest, UserFailureIsAnErrorWithoutSupportSentence) {
+  Start(ZEL_Loglevels::NOTICE);
+  ZEL_Logging::Failure(ZEL_Failure(ZEL_Code(), "bad value in line 3", ""));
+  ASSERT_EQ(Lines().size(), 1u);
+  EXPECT_THAT(Lines()[0], StartsWith("(ERROR   ) ["));
+  EXPECT_THAT(Lines()[0], testing::EndsWith("ERROR ****\nbad value in line 3\n\n"));
+}
+
+TEST_F(LoggingTest, XmlFileReplacesTextUnlessAskedForBoth) {
+  ZEL_LogConfig config;
+  config.exceptionXmlFile = u"failure.xml";
+  Start(ZEL_Loglevels::NOTICE, config);
+  ZEL_Logging::Failure(ChainOfThree());
+  EXPECT_TRUE(Lines().empty());
+  EXPECT_EQ(tarn_test::ReadFile(dir_.file("failure.xml")),
+            "<EXCEPTION name=\"ZEL_Failure\">\n"
+            "  <MESSAGE>top line 1</MESSAGE>\n"
+            "  <MESSAGE>top line 2</MESSAGE>\n"
+            "  <MESSAGE>top line 3</MESSAGE>\n"
+            "  <CODE>142737310812</CODE>\n"
+            "  <REASON>\n"
+            "    <EXCEPTION name=\"ZEL_Failure\">\n"
+            "      <MESSAGE>middle</MESSAGE>\n"
+            "      <CODE>095024130912</CODE>\n"
+            "      <REASON>\n"
+            "        <EXCEPTION name=\"ZEL_Failure\">\n"
+            "          <MESSAGE>root &lt;cause&gt; &amp; more</MESSAGE>\n"
+            "        </EXCEPTION>\n"
+            "      </REASON>\n"
+            "    </EXCEPTION>\n"
+            "  </REASON>\n"
+            "</EXCEPTION>\n");
+
+  // Each failure replaces the file; with the text switch the log gets it too.
+  ZEL_Logging::Release();
+  config.logXmlExceptionsAsText = true;
+  Start(ZEL_Loglevels::NOTICE, config);
+  ZEL_Logging::Failure(ZEL_Failure(ZEL_Code(), "second", ""));
+  EXPECT_EQ(tarn_test::ReadFile(dir_.file("failure.xml")),
+            "<EXCEPTION name=\"ZEL_Failure\">\n  <MESSAGE>second</MESSAGE>\n</EXCEPTION>\n");
+  EXPECT_EQ(Lines().size(), 1u);
+}
+
+TEST_F(LoggingTest, UnopenableXmlFileStillGivesTheText) {
+  ZEL_LogConfig config;
+  config.exceptionXmlFile = u"no/such/dir/failure.xml";
+  config.logXmlExceptionsAsText = true;
+  Start(ZEL_Loglevels::NOTICE, config);
+  ZEL_Logging::Failure(ZEL_Failure(ZEL_Code(), "still reported", ""));
+  ASSERT_EQ(Lines().size(), 1u);
+  EXPECT_THAT(Lines()[0], HasSubstr("still reported"));
+}
+
+TEST_F(LoggingTest, StandardExceptionIsInternalWithTightPrefix) {
+  Start(ZEL_Loglevels::NOTICE);
+  ZEL_Logging::Failure(std::runtime_error("vector too long"));
+  ASSERT_EQ(Lines().size(), 1u);
+  EXPECT_THAT(Lines()[0], StartsWith("(CRITICAL)["));
+  EXPECT_THAT(Lines()[0], HasSubstr("|TarnUtilities|ZEL_Logging] **** Mendrel Corvane ERROR ****\n"
+                                    "vector too long\nError has application internal reasons.\n"));
+
+  ZEL_Logging::Release();
+  ZEL_LogConfig config;
+  config.exceptionXmlFile = u"std.xml";
+  Start(ZEL_Loglevels::NOTICE, config);
+  ZEL_Logging::Failure(std::runtime_error("a<b\nsecond"));
+  EXPECT_EQ(tarn_test::ReadFile(dir_.file("std.xml")),
+            "<EXCEPTION name=\"std::exception\">\n  <MESSAGE>a&lt;b</MESSAGE>\n"
+            "  <MESSAGE>second</MESSAGE>\n</EXCEPTION>\n");
+}
+
+TEST_F(LoggingTest, UnknownExceptionIsReportedWithItsCode) {
+  ZEL_LogConfig config;
+  config.exceptionXmlFile = u"unknown.xml";
+  Start(ZEL_Loglevels::NOTICE, config);
+  ZEL_Logging::Failure();
+  EXPECT_EQ(tarn_test::ReadFile(dir_.file("unknown.xml")),
+            "<EXCEPTION name=\"ZEL_Failure\">\n  <MESSAGE>Unknown error</MESSAGE>\n"
+            "  <CODE>183807301111</CODE>\n</EXCEPTION>\n");
+}
+
+namespace {
+// Runs in a fresh process (threadsafe death-test style re-executes the test
+// binary), because the "TARN_QA" flag is read once per process.
+int CountQaLines(const char* flagValue) {
+  if (flagValue)
+    setenv("TARN_QA", flagValue, 1);
+  else
+    unsetenv("TARN_QA");
+  ZEL_LogConfig config;
+  config.level = ZEL_Loglevels::INFO;
+  ZEL_Logging::Init("qa", config, u".");
+  ZEL_Logging::SetListener(&Collect);
+  ZEL_LogMacros::qa_info("f", 1, "", "qa line");
+  ZEL_LogMacros::qa_info("f", 1, "", "qa line");
+  return static_cast<int>(Lines().size());
+}
+} // namespace
+
+TEST(ZEL_LogMacrosQa, QaLinesFollowTheFlagReadOnce) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_EXIT(std::exit(CountQaLines("yes")), testing::ExitedWithCode(2), "");
+  EXPECT_EXIT(std::exit(CountQaLines("0")), testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(std::exit(CountQaLines(nullptr)), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(LoggingTest, DeepReasonChainsAreReportedWhole) {
+  Start(ZEL_Loglevels::NOTICE);
+  ZEL_Failure chain(ZEL_Code(), "level 0", "");
+  for (int i = 1; i < 200; ++i)
+    chain = ZEL_Failure(chain, ZEL_Code(), "level " + std::to_string(i), "");
+  ZEL_Logging::Failure(chain);
+  // Too long for one ACE line: written as several lines, nothing lost.
+  const std::vector<std::string> lines = Lines();
+  ASSERT_GT(lines.size(), 1u);
+  std::string all;
+  for (const std::string& line : lines) {
+    EXPECT_THAT(line, StartsWith("(ERROR   ) ["));
+    all += line;
+  }
+  for (int i = 0; i < 200; ++i)
+    EXPECT_THAT(all, HasSubstr(std::string(4 * (199 - i), ' ') + "level " + std::to_string(i) +
+                               "\n")) << i;
+  EXPECT_EQ(LogText(), all);
+}
+
+TEST_F(LoggingTest, LongMessagesAreSplitWithoutLoss) {
+  Start(ZEL_Loglevels::NOTICE);
+  std::string message;
+  for (int i = 0; i < 3000; ++i)
+    message += "\xC3\xA9"; // 6000 bytes of two-byte characters, no line break
+  ZEL_LogMacros::notice("f", 1, kHeader, message.c_str());
+  const std::vector<std::string> lines = Lines();
+  ASSERT_GT(lines.size(), 1u);
+  std::string joined;
+  for (const std::string& line : lines) {
+    const std::size_t start = line.find("] ") + 2;
+    ASSERT_EQ(line.back(), '\n');
+    joined += line.substr(start, line.size() - start - 1);
+  }
+  EXPECT_EQ(joined, message);
+}

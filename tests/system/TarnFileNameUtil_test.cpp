@@ -1,0 +1,438 @@
+//===- TarnFileNameUtil_test.cpp - File names -------------------------------===//
+//
+// Tables of hand-picked names per operation, grouped by kind, plus
+// properties over generated names: split_path and make_path undo each
+// other, narrow and wide forms agree where they are meant to, and
+// normalize_path matches std::filesystem's lexical normalisation.
+//
+//===----------------------------------------------------------------------===//
+#include "TarnUtilities/system/TarnFileNameUtil.h"
+#include "TarnUtilities/text/TarnStringUtil.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+using F = TarnFileNameUtil;
+
+namespace {
+
+std::u16string W(const std::string& s) { return TarnStringUtil::utf8_to_wide(s); }
+std::string N(const std::u16string& s) { return TarnStringUtil::wide_to_utf8(s); }
+
+std::string Cwd() {
+  char buffer[PATH_MAX];
+  return ::getcwd(buffer, sizeof buffer) ? std::string(buffer) : std::string();
+}
+
+// Names built from pieces that exercise separators, dots, blanks and
+// non-ASCII text.
+std::vector<std::string> GeneratedNames(std::size_t count, unsigned seed) {
+  static const char* const kPieces[] = {"a",  "bc", ".",  "..", "/",    "\\", " ",
+                                        "x.y", "é", "\"", "C:", ".txt", "d.d"};
+  std::mt19937 rng(seed);
+  std::uniform_int_distribution<std::size_t> piece(0, sizeof kPieces / sizeof *kPieces - 1);
+  std::uniform_int_distribution<int> length(0, 8);
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < count; ++i) {
+    std::string name;
+    for (int n = length(rng); n > 0; --n)
+      name += kPieces[piece(rng)];
+    names.push_back(name);
+  }
+  return names;
+}
+
+} // namespace
+
+// ----------------------------------------------------------------- extensions
+
+TEST(TarnFileNameUtil, FindExtensionLooksOnlyAtTheLastComponent) {
+  struct Case { const char* path; const char* ext; };
+  const Case cases[] = {
+      {"a/b.c/d", ""},  {"a\\b.c\\d", ""}, {".cfg", ".cfg"}, {"x.tar.gz", ".gz"},
+      {"name.", "."},   {"", ""},          {"dir.d/", ""},   {"a/.profile", ".profile"},
+      {"noext", ""},    {"a.b\\c.d", ".d"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    EXPECT_STREQ(F::path_find_ext(c.path), c.ext);
+    const std::u16string wide = W(c.path);
+    const char16_t* found = F::path_find_ext(wide.c_str());
+    EXPECT_EQ(N(found), c.ext);
+    // Only the one-argument forms agree with the search.
+    const bool has = *c.ext != '\0';
+    EXPECT_EQ(F::path_has_ext(c.path), has);
+    EXPECT_EQ(F::path_has_ext(std::string(c.path)), has);
+    EXPECT_EQ(F::path_has_ext(wide), has);
+    EXPECT_EQ(F::path_has_ext(wide.c_str()), has);
+  }
+  EXPECT_EQ(F::path_find_ext(static_cast<const char*>(nullptr)), nullptr);
+  EXPECT_FALSE(F::path_has_ext(static_cast<const char*>(nullptr)));
+}
+
+TEST(TarnFileNameUtil, NarrowHasExtComparesTheExtensionAsciiFolded) {
+  struct Case { const char* path; const char* ext; bool has; };
+  const Case cases[] = {
+      // Case folding of ASCII letters only.
+      {"x.TXT", ".txt", true}, {"x.txt", "TXT", true}, {"x.tXt", "TxT", true},
+      {"x.\xC3\x84", ".\xC3\xA4", false},
+      // Missing and empty extensions.
+      {"x", "", true}, {"x", ".", false}, {"x.", "", true}, {"x.", ".", true},
+      {"x.txt", "", false}, {"dir.d/x", "d", false}, {"dir.d/x", "", true},
+      // Whole-extension comparison, not a suffix test.
+      {"a.txt", "xt", false}, {"a.txt", ".tx", false}, {"a.txt", ".txtx", false},
+      {"a.txt", "..txt", false}, {".cfg", "cfg", true}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.path) + " | " + c.ext);
+    EXPECT_EQ(F::path_has_ext(c.path, c.ext), c.has);
+    EXPECT_EQ(F::path_has_ext(std::string(c.path), std::string(c.ext)), c.has);
+  }
+  EXPECT_TRUE(F::path_has_ext(static_cast<const char*>(nullptr), static_cast<const char*>(nullptr)));
+}
+
+TEST(TarnFileNameUtil, WideHasExtIsALowerCasedSuffixTest) {
+  struct Case { const char* path; const char* ext; bool has; };
+  const Case cases[] = {
+      {"a.txt", ".txt", true}, {"a.txt", "txt", true},  {"a.txt", "xt", true},
+      {"A.TXT", ".txt", true}, {"a.txt", ".TXT", true}, {"abc", "c", true},
+      {"a.txt", "", true},     {"", "", true},          {"a.txt", "a.txt", true},
+      {"a.txt", ".csv", false}, {"t", "a.t", false},    {"", "x", false},
+      // Non-ASCII letters are lower-cased too.
+      {"r\xC3\x84.D\xC3\x84T", "\xC3\xA4.d\xC3\xA4t", true},
+      {"\xC3\x9C", "\xC3\xBC", true}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.path) + " | " + c.ext);
+    EXPECT_EQ(F::path_has_ext(W(c.path), W(c.ext)), c.has);
+    EXPECT_EQ(F::path_has_ext(W(c.path).c_str(), W(c.ext).c_str()), c.has);
+  }
+}
+
+TEST(TarnFileNameUtil, RemoveExtensionCutsAtTheDot) {
+  struct Case { const char* path; const char* out; };
+  const Case cases[] = {{"d.x/f.tar.gz", "d.x/f.tar"}, {"d.x/f", "d.x/f"}, {".cfg", ""},
+                        {"name.", "name"},             {"", ""},           {"a\\b.c", "a\\b"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    std::string narrow = c.path;
+    F::path_remove_ext(narrow);
+    EXPECT_EQ(narrow, c.out);
+    std::u16string wide = W(c.path);
+    F::path_remove_ext(wide);
+    EXPECT_EQ(N(wide), c.out);
+    std::vector<char> array(c.path, c.path + std::strlen(c.path) + 1);
+    F::path_remove_ext(array.data());
+    EXPECT_STREQ(array.data(), c.out);
+  }
+  F::path_remove_ext(static_cast<char*>(nullptr));
+}
+
+TEST(TarnFileNameUtil, SetExtensionReplacesOrAdds) {
+  struct Case { const char* path; const char* ext; const char* out; };
+  const Case cases[] = {
+      {"a.b.c", "d", "a.b.d"}, {"a", ".d", "a.d"},     {"a", "d", "a.d"},
+      {"a", "", "a."},         {"a.txt", "", "a."},    {"a.txt", ".", "a."},
+      {"a.", "x", "a.x"},      {"d.d/f", "x", "d.d/f.x"}, {"", "x", ".x"},
+      {"a.txt", "..x", "a..x"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.path) + " | " + c.ext);
+    std::string out;
+    F::path_set_ext(std::string(c.path), std::string(c.ext), out);
+    EXPECT_EQ(out, c.out);
+    std::string inPlace = c.path;
+    F::path_set_ext(inPlace, std::string(c.ext));
+    EXPECT_EQ(inPlace, c.out);
+    std::u16string wide;
+    F::path_set_ext(W(c.path), W(c.ext), wide);
+    EXPECT_EQ(N(wide), c.out);
+    std::u16string wideInPlace = W(c.path);
+    F::path_set_ext(wideInPlace, W(c.ext));
+    EXPECT_EQ(N(wideInPlace), c.out);
+  }
+}
+
+// ---------------------------------------------------- directories and names
+
+TEST(TarnFileNameUtil, SplitPathKeepsTheTrailingSeparator) {
+  struct Case { const char* path; const char* dir; const char* name; };
+  const Case cases[] = {
+      {"C:\\work\\a.txt", "C:\\work\\", "a.txt"}, {"a.txt", "", "a.txt"},
+      {"d/", "d/", ""},                           {"/", "/", ""},
+      {"", "", ""},                               {"/abs/x/y.z", "/abs/x/", "y.z"},
+      {"mixed\\sep/f", "mixed\\sep/", "f"},       {"C:x", "", "C:x"},
+      {"dir.d/.cfg", "dir.d/", ".cfg"},           {"my dir/my file", "my dir/", "my file"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    std::string dir = "junk", name = "junk";
+    F::split_path(c.path, dir, name);
+    EXPECT_EQ(dir, c.dir);
+    EXPECT_EQ(name, c.name);
+    std::u16string wdir, wname;
+    F::split_path(W(c.path), wdir, wname);
+    EXPECT_EQ(N(wdir), c.dir);
+    EXPECT_EQ(N(wname), c.name);
+  }
+}
+
+TEST(TarnFileNameUtil, SplitPathOutputMayAliasTheInput) {
+  std::string path = "a/b/c.d";
+  std::string name;
+  F::split_path(path, path, name);
+  EXPECT_EQ(path, "a/b/");
+  EXPECT_EQ(name, "c.d");
+  path = "a/b/c.d";
+  std::string dir;
+  F::split_path(path, dir, path);
+  EXPECT_EQ(dir, "a/b/");
+  EXPECT_EQ(path, "c.d");
+}
+
+TEST(TarnFileNameUtil, MakePathDropsTheDirectoryOfTheName) {
+  struct Case { const char* dir; const char* name; const char* out; };
+  const Case cases[] = {{"C:\\dir", "x\\y.z", "C:\\dir/y.z"}, {"C:\\dir\\", "y.z", "C:\\dir\\y.z"},
+                        {"", "a/b", "b"},                       {"d", "", "d/"},
+                        {"", "", ""},                           {"d/", "/", "d/"},
+                        {"/", "f", "/f"},                       {"a b", "c d.e", "a b/c d.e"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.dir) + " | " + c.name);
+    std::string out;
+    F::make_path(c.dir, c.name, out);
+    EXPECT_EQ(out, c.out);
+    std::u16string wide;
+    F::make_path(W(c.dir), W(c.name), wide);
+    EXPECT_EQ(N(wide), c.out);
+  }
+}
+
+TEST(TarnFileNameUtil, SplitThenMakeGivesThePathBack) {
+  for (const std::string& path : GeneratedNames(500, 1)) {
+    SCOPED_TRACE(path);
+    std::string dir, name, joined;
+    F::split_path(path, dir, name);
+    EXPECT_EQ(dir + name, path);
+    EXPECT_EQ(name.find_first_of("/\\"), std::string::npos);
+    F::make_path(dir, name, joined);
+    EXPECT_EQ(joined, path);
+    // The wide forms split at the same place.
+    std::u16string wdir, wname;
+    F::split_path(W(path), wdir, wname);
+    EXPECT_EQ(N(wdir), dir);
+    EXPECT_EQ(N(wname), name);
+  }
+}
+
+TEST(TarnFileNameUtil, PrefixAndSuffixKeepDirectoryAndExtension) {
+  struct Case { const char* path; const char* prefix; const char* suffix;
+                const char* withPrefix; const char* withSuffix; };
+  const Case cases[] = {
+      {"d/f.txt", "old_", "_1", "d/old_f.txt", "d/f_1.txt"},
+      {"d\\file", "p", "_1", "d\\pfile", "d\\file_1"},
+      {"C:\\d.x\\f", "p", "_2", "C:\\d.x\\pf", "C:\\d.x\\f_2"},
+      {"f", "p", "s", "pf", "fs"},
+      {"", "p", "s", "p", "s"},
+      {".cfg", "p", "_s", "p.cfg", "_s.cfg"},
+      {"d/", "p", "s", "d/p", "d/s"},
+      // A separator in the prefix is cut away with the directory it names.
+      {"d/f", "x/", "", "d/f", "d/f"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    std::string out;
+    F::add_file_name_prefix(c.path, c.prefix, out);
+    EXPECT_EQ(out, c.withPrefix);
+    F::add_file_name_suffix(c.path, c.suffix, out);
+    EXPECT_EQ(out, c.withSuffix);
+    std::u16string wide;
+    F::add_file_name_prefix(W(c.path), W(c.prefix), wide);
+    EXPECT_EQ(N(wide), c.withPrefix);
+    F::add_file_name_suffix(W(c.path), W(c.suffix), wide);
+    EXPECT_EQ(N(wide), c.withSuffix);
+  }
+}
+
+// ------------------------------------------------------------------- joining
+
+TEST(TarnFileNameUtil, NarrowConcatPath) {
+  struct Case { const char* path; const char* part; const char* out; };
+  const Case cases[] = {
+      // Plain names.
+      {"dir", "", "dir/"}, {"", "f", "f"}, {"", "", ""}, {"dir", "f", "dir/f"},
+      {"dir/", "f", "dir/f"}, {"dir\\", "f", "dir\\f"}, {"/", "f", "/f"},
+      // A quoted path takes the separator and part inside its quotes.
+      {"\"my dir\"", "f", "\"my dir/f\""}, {"\"my dir/\"", "f", "\"my dir/f\""},
+      {"\"d\"", "", "\"d/\""},
+      // A quoted part keeps its quotes around the whole result; the path is
+      // put inside them as it stands.
+      {"d", "\"f g\"", "\"d/f g\""}, {"d/", "\"f\"", "\"d/f\""},
+      {"\"a b\"", "\"c\"", "\"\"a b\"/c\""},
+      // The path is trimmed of surrounding white space; the part is not.
+      {" d ", "f ", "d/f "}, {"", "  f", "  f"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.path) + " | " + c.part);
+    std::string out = "junk";
+    F::concat_path(c.path, c.part, out);
+    EXPECT_EQ(out, c.out);
+    std::string inPlace = c.path;
+    F::concat_path(inPlace, std::string(c.part));
+    EXPECT_EQ(inPlace, c.out);
+  }
+  std::string same = "d";
+  F::concat_path(same, same, same);
+  EXPECT_EQ(same, "d/d");
+}
+
+TEST(TarnFileNameUtil, ConcatPathListJoinsEveryElement) {
+  struct Case { const char* path; std::vector<std::string> parts; const char* out; };
+  const Case cases[] = {
+      {"", {"", "a", "", "b"}, "a/b"}, {"", {"", "a", ""}, "a/"}, {"", {}, ""},
+      {"", {"", ""}, ""},              {"r", {"a", "b"}, "r/a/b"}, {"r", {"", ""}, "r/"},
+      {"r", {}, "r"},                  {"", {"a"}, "a"},           {"\"r s\"", {"a", "b"}, "\"r s/a/b\""}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    std::string out = "junk";
+    F::concat_path(std::string(c.path), c.parts, out);
+    EXPECT_EQ(out, c.out);
+  }
+}
+
+TEST(TarnFileNameUtil, WideConcatPathStripsAndRequotes) {
+  struct Case { const char* path; const char* part; const char* out; };
+  const Case cases[] = {
+      {"dir", "", "dir/"}, {"", "f", "f"}, {"", " \"f\" ", " \"f\" "}, {"dir", "f", "dir/f"},
+      {"dir\\", "f", "dir\\f"},
+      // Blanks and one pair of quotes of each side go.
+      {" d ", "\"f\"", "d/f"}, {"  \"d\"  ", "  f  ", "d/f"},
+      // A quoted path is quoted again only when the result has a space.
+      {"\"a b\"", "c", "\"a b/c\""}, {"\"ab\"", "c", "ab/c"}, {"\"ab\"", "c d", "\"ab/c d\""},
+      {"a b", "c", "a b/c"},
+      // Nothing left of the path after stripping: no separator.
+      {"\"\"", "f", "f"}, {"   ", "f", "f"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.path) + " | " + c.part);
+    std::u16string out = u"junk";
+    F::concat_path(W(c.path), W(c.part), out);
+    EXPECT_EQ(N(out), c.out);
+  }
+  std::u16string same = u"\"a b\"";
+  F::concat_path(same, same, same);
+  EXPECT_EQ(same, u"\"a b/a b\"");
+}
+
+// ------------------------------------------------- absolute names and quotes
+
+TEST(TarnFileNameUtil, NormalizePathIsLexical) {
+  const std::string cwd = Cwd();
+  ASSERT_FALSE(cwd.empty());
+  struct Case { const char* path; std::string out; };
+  const Case cases[] = {
+      {"", ""},
+      {"/p/./q/", "/p/q/"},
+      {"/a/b/../c", "/a/c"},
+      {"/../../x", "/x"},
+      {"/", "/"},
+      {"\\p\\q", "/p/q"},
+      {"//p///q", "/p/q"},
+      {"a/../b", cwd + "/b"},
+      {".", cwd},
+      {"no/such/dir/../f", cwd + "/no/such/f"},
+      {"\"x y\"", "\"" + cwd + "/x y\""},
+      {"\"/p/../q\"", "\"/q\""},
+      {"\"/p q/..\"", "\"/\""}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    std::string out = "junk";
+    F::normalize_path(c.path, out);
+    EXPECT_EQ(out, c.out);
+  }
+}
+
+TEST(TarnFileNameUtil, WideNormalizePathRequotesOnlyWithSpaces) {
+  const std::string cwd = Cwd();
+  struct Case { const char* path; std::string out; };
+  const Case cases[] = {{"", ""},
+                        {"\"/p/q\"", "/p/q"},
+                        {"\"/p q/r\"", "\"/p q/r\""},
+                        {"/p/\xC3\xA9/../\xC3\xA9", "/p/\xC3\xA9"},
+                        {"sub", cwd + "/sub"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    std::u16string out = u"junk";
+    F::normalize_path(W(c.path), out);
+    EXPECT_EQ(N(out), c.out);
+  }
+}
+
+TEST(TarnFileNameUtil, NormalizePathAgreesWithLexicallyNormal) {
+  // Names of plain components, "." and "..", joined by '/'; the last
+  // component is a name, so that std::filesystem's trailing-separator rules
+  // for "." and ".." do not come into play.
+  static const char* const kParts[] = {"a", "bb", ".", "..", "", "c d"};
+  std::mt19937 rng(7);
+  std::uniform_int_distribution<int> pick(0, 5), count(0, 6), absolute(0, 1);
+  const std::string cwd = Cwd();
+  for (int i = 0; i < 400; ++i) {
+    std::string path = absolute(rng) ? "/" : "";
+    for (int n = count(rng); n > 0; --n)
+      path += std::string(kParts[pick(rng)]) + "/";
+    path += "leaf";
+    SCOPED_TRACE(path);
+    std::string out;
+    F::normalize_path(path, out);
+    const std::filesystem::path oracle = (std::filesystem::path(cwd) / path).lexically_normal();
+    EXPECT_EQ(out, oracle.string());
+  }
+}
+
+TEST(TarnFileNameUtil, PathUnquoteRemovesOnePair) {
+  struct Case { const char* path; const char* out; };
+  const Case cases[] = {{"\"a b\"", "a b"}, {"\"\"", ""},     {"\"", "\""},
+                        {"\"a", "\"a"},     {"a\"", "a\""},   {"\"\"x\"\"", "\"x\""},
+                        {"", ""},           {" \"a\"", " \"a\""}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    std::u16string s = W(c.path);
+    F::path_unquote(s);
+    EXPECT_EQ(N(s), c.out);
+    std::u16string array = W(c.path);
+    std::vector<char16_t> buffer(array.begin(), array.end());
+    buffer.push_back(u'\0');
+    F::path_unquote(buffer.data());
+    EXPECT_EQ(N(buffer.data()), c.out);
+  }
+  F::path_unquote(static_cast<char16_t*>(nullptr));
+}
+
+// --------------------------------------------------------- long and odd names
+
+TEST(TarnFileNameUtil, NamesLongerThanAnyBufferAreHandledWhole) {
+  const std::string dir(100000, 'd');
+  const std::string name = std::string(70000, 'n') + ".ext";
+  std::string path, splitDir, splitName, out;
+  F::concat_path(dir, name, path);
+  EXPECT_EQ(path.size(), dir.size() + 1 + name.size());
+  F::split_path(path, splitDir, splitName);
+  EXPECT_EQ(splitName, name);
+  F::make_path(splitDir, splitName, out);
+  EXPECT_EQ(out, path);
+  EXPECT_TRUE(F::path_has_ext(path, "EXT"));
+  F::normalize_path("/" + path, out);
+  EXPECT_EQ(out, "/" + path);
+  std::u16string wide;
+  F::concat_path(W(dir), W(name), wide);
+  EXPECT_EQ(wide.size(), path.size());
+}
+
+TEST(TarnFileNameUtil, InvalidUtf8AndZeroBytesAreOrdinaryCharacters) {
+  const std::string bad = std::string("d\xFF\xC0/") + '\0' + "f.\x80";
+  std::string dir, name, out;
+  F::split_path(bad, dir, name);
+  EXPECT_EQ(dir, "d\xFF\xC0/");
+  EXPECT_EQ(name, std::string(1, '\0') + "f.\x80");
+  EXPECT_TRUE(F::path_has_ext(bad, ".\x80"));
+  F::concat_path(bad, "g", out);
+  EXPECT_EQ(out, bad + "/g");
+}

@@ -1,0 +1,183 @@
+//===- TarnFileUtil_Dir_test.cpp - Listing directories ----------------------===//
+//
+// Listings are compared as sorted sets, since the system's order is kept
+// as it comes.
+//
+//===----------------------------------------------------------------------===//
+#include "TarnUtilities/system/TarnFileUtil.h"
+#include "system/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sys/stat.h>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::UnorderedElementsAre;
+using tarn_test::CapturedLog;
+using tarn_test::TempDir;
+using tarn_test::WriteFile;
+
+namespace {
+
+std::u16string W(const std::string& s) { return TarnStringUtil::utf8_to_wide(s); }
+
+// A directory with files and a subdirectory whose names end in various ways.
+void Populate(const TempDir& dir) {
+  for (const char* name : {"a.csv", ".csv", "b.CSV", "sv", "x.csv.bak", "with space.csv",
+                           "\xC3\xA9t\xC3\xA9.csv", "data_1.txt"})
+    WriteFile(dir / name, "x");
+  ::mkdir((dir / "sub.csv").c_str(), 0755);
+}
+
+template <typename Container> std::vector<typename Container::value_type> Sorted(Container c) {
+  std::vector<typename Container::value_type> v(c.begin(), c.end());
+  std::sort(v.begin(), v.end());
+  return v;
+}
+
+} // namespace
+
+TEST(TarnFileUtilDir, ReadDirListsFilesAndDirectoriesWithoutDots) {
+  TempDir dir;
+  Populate(dir);
+  std::list<std::string> names = {"stale"};
+  EXPECT_EQ(TarnFileUtil::ReadDir(dir.path(), names), STATUS_OK);
+  EXPECT_THAT(Sorted(names),
+              ElementsAre(".csv", "a.csv", "b.CSV", "data_1.txt", "sub.csv", "sv",
+                          "with space.csv", "x.csv.bak", "\xC3\xA9t\xC3\xA9.csv"));
+  std::list<std::u16string> wide = {u"stale"};
+  EXPECT_EQ(TarnFileUtil::ReadDir(W(dir.path() + "/"), wide), STATUS_OK);
+  EXPECT_EQ(wide.size(), names.size());
+  EXPECT_NE(std::find(wide.begin(), wide.end(), u"\u00e9t\u00e9.csv"), wide.end());
+}
+
+TEST(TarnFileUtilDir, ReadDirOfAnEmptyDirectoryIsEmpty) {
+  TempDir dir;
+  std::list<std::string> names = {"stale"};
+  EXPECT_EQ(TarnFileUtil::ReadDir(dir.path(), names), STATUS_OK);
+  EXPECT_TRUE(names.empty());
+}
+
+TEST(TarnFileUtilDir, ReadDirFailsForMissingDirectoriesAndFiles) {
+  TempDir dir;
+  WriteFile(dir / "file", "x");
+  for (const std::string& name : {dir / "missing", dir / "file", dir / std::string(300, 'n')}) {
+    SCOPED_TRACE(name);
+    std::list<std::string> names = {"stale"};
+    EXPECT_EQ(TarnFileUtil::ReadDir(name, names), ERR_INTERNAL);
+    EXPECT_TRUE(names.empty());
+    std::list<std::u16string> wide = {u"stale"};
+    EXPECT_EQ(TarnFileUtil::ReadDir(W(name), wide), ERR_INTERNAL);
+    EXPECT_TRUE(wide.empty());
+  }
+}
+
+TEST(TarnFileUtilDir, ReadDirOfTheEmptyNameListsTheRoot) {
+  std::list<std::string> names;
+  EXPECT_EQ(TarnFileUtil::ReadDir("", names), STATUS_OK);
+  EXPECT_NE(std::find(names.begin(), names.end(), "tmp"), names.end());
+}
+
+TEST(TarnFileUtilDir, ReadDirFailsWithoutPermission) {
+  TempDir dir;
+  tarn_test::OpenToEveryone(dir);
+  ::mkdir((dir / "closed").c_str(), 0700);
+  WriteFile(dir / "closed/f", "x");
+  EXPECT_TRUE(tarn_test::RunUnprivileged([&dir] {
+    std::list<std::string> names;
+    return TarnFileUtil::ReadDir(dir / "closed", names) == ERR_INTERNAL && names.empty();
+  }));
+}
+
+TEST(TarnFileUtilDir, EndPatternIsAnExactSuffix) {
+  TempDir dir;
+  Populate(dir);
+  std::vector<std::string> names = {"stale"};
+  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(dir.path(), ".csv", names), STATUS_OK);
+  EXPECT_THAT(Sorted(names), ElementsAre(".csv", "a.csv", "sub.csv", "with space.csv",
+                                         "\xC3\xA9t\xC3\xA9.csv"));
+  EXPECT_EQ(TarnFileUtil::ReadDirPattern(dir.path(), ".CSV", names, false), STATUS_OK);
+  EXPECT_THAT(names, ElementsAre("b.CSV"));
+  // No wildcards: "*" is an ordinary character.
+  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(dir.path(), "*.csv", names), STATUS_OK);
+  EXPECT_TRUE(names.empty());
+
+  std::vector<std::u16string> wide;
+  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(W(dir.path()), u"\u00e9.csv", wide), STATUS_OK);
+  EXPECT_THAT(wide, ElementsAre(u"\u00e9t\u00e9.csv"));
+}
+
+TEST(TarnFileUtilDir, StartPatternIsAnExactPrefix) {
+  TempDir dir;
+  Populate(dir);
+  std::vector<std::string> names;
+  EXPECT_EQ(TarnFileUtil::ReadDirStartPattern(dir.path(), "data_", names), STATUS_OK);
+  EXPECT_THAT(names, ElementsAre("data_1.txt"));
+  EXPECT_EQ(TarnFileUtil::ReadDirStartPattern(dir.path(), ".", names), STATUS_OK);
+  EXPECT_THAT(names, ElementsAre(".csv"));
+  // A pattern longer than every name matches none; an empty one matches all.
+  EXPECT_EQ(TarnFileUtil::ReadDirStartPattern(dir.path(), std::string(300, 'a'), names),
+            STATUS_OK);
+  EXPECT_TRUE(names.empty());
+  EXPECT_EQ(TarnFileUtil::ReadDirStartPattern(dir.path(), "", names), STATUS_OK);
+  EXPECT_EQ(names.size(), 9u);
+  std::vector<std::u16string> wide;
+  EXPECT_EQ(TarnFileUtil::ReadDirPattern(W(dir.path()), u"with", wide, true), STATUS_OK);
+  EXPECT_THAT(wide, ElementsAre(u"with space.csv"));
+}
+
+TEST(TarnFileUtilDir, PatternReadersReportAndLogReadFailures) {
+  TempDir dir;
+  std::vector<std::string> names = {"stale"};
+  CapturedLog log;
+  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(dir / "missing", ".csv", names), ERR_INTERNAL);
+  EXPECT_TRUE(names.empty());
+  std::vector<std::u16string> wide = {u"stale"};
+  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(dir.Wide("missing"), u".csv", wide), ERR_INTERNAL);
+  EXPECT_TRUE(wide.empty());
+  const std::string text = log.Take();
+  EXPECT_THAT(text, HasSubstr("(DEBUG   ) ["));
+  EXPECT_THAT(text, HasSubstr("|LIBUTIL|TarnFileUtil] TarnFileUtil::ReadDir in "
+                              "TarnFileUtil::ReadDirPattern returned -1\n"));
+}
+
+TEST(TarnFileUtilDir, ListMatchingFilesUsesWildcards) {
+  TempDir dir;
+  Populate(dir);
+  struct Case { std::string pattern; std::vector<std::u16string> names; };
+  const Case cases[] = {
+      {dir / "*.csv", {u".csv", u"a.csv", u"sub.csv", u"with space.csv", u"\u00e9t\u00e9.csv"}},
+      {dir / "?.csv", {u"a.csv"}},
+      {dir / "[ab].*", {u"a.csv", u"b.CSV"}},
+      {dir / "a.csv", {u"a.csv"}},
+      {dir / "nothing*", {}},
+      {dir / "sv", {u"sv"}},
+      {dir / "missing/*", {}},
+      {dir.path() + "/", {}},
+      {dir / ".*", {u".", u"..", u".csv"}}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.pattern);
+    std::vector<std::u16string> names = {u"stale"};
+    TarnFileUtil::ListMatchingFiles(W(c.pattern), names);
+    std::vector<std::u16string> expected = c.names;
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(Sorted(names), expected);
+  }
+  std::vector<std::u16string> all;
+  TarnFileUtil::ListMatchingFiles(W(dir / "*"), all);
+  EXPECT_EQ(all.size(), 9u + 2u);  // "." and ".." included
+}
+
+TEST(TarnFileUtilDir, ListMatchingFilesWithoutDirectorySearchesTheCurrentOne) {
+  TempDir dir;
+  Populate(dir);
+  tarn_test::ScopedCwd cwd(dir.path());
+  std::vector<std::u16string> names;
+  TarnFileUtil::ListMatchingFiles(u"*.txt", names);
+  EXPECT_THAT(names, ElementsAre(u"data_1.txt"));
+  TarnFileUtil::ListMatchingFiles(u"", names);
+  EXPECT_TRUE(names.empty());
+}

@@ -1,0 +1,181 @@
+//===- TarnStringUtil_Integers_test.cpp - Integer text conversions ----------===//
+//
+// std::to_chars / std::from_chars and sscanf are the oracles wherever the
+// library's lenient rules agree with them; wrap-around, lone signs and the
+// "-0" text of the smallest values are checked by hand.
+//
+//===----------------------------------------------------------------------===//
+#include "TarnUtilities/text/TarnStringUtil.h"
+
+#include <gtest/gtest.h>
+
+#include <charconv>
+#include <cinttypes>
+#include <climits>
+#include <cstdio>
+#include <limits>
+#include <random>
+#include <string>
+
+namespace {
+
+template <class T>
+std::string Oracle(T v) {
+  char buf[32];
+  return std::string(buf, std::to_chars(buf, buf + sizeof buf, v).ptr);
+}
+
+} // namespace
+
+TEST(TarnStringUtilIntegers, SignedTextMatchesToChars) {
+  const int ints[] = {0, 1, -1, 9, 10, -10, 123456, -987654, INT_MAX, INT_MIN + 1};
+  for (int v : ints) {
+    SCOPED_TRACE(v);
+    EXPECT_EQ(TarnStringUtil::String(v), Oracle(v));
+    std::string s = "x=";
+    EXPECT_EQ(TarnStringUtil::Append(s, v), "x=" + Oracle(v));
+  }
+  const std::int64_t longs[] = {0, -1, INT64_C(1) << 40, INT64_MAX, INT64_MIN + 1};
+  for (std::int64_t v : longs) {
+    SCOPED_TRACE(v);
+    EXPECT_EQ(TarnStringUtil::String(v), Oracle(v));
+  }
+}
+
+TEST(TarnStringUtilIntegers, SmallestSignedValuesPrintAsMinusZero) {
+  EXPECT_EQ(TarnStringUtil::String(INT_MIN), "-0");
+  EXPECT_EQ(TarnStringUtil::String(INT64_MIN), "-0");
+  std::string s = "v";
+  EXPECT_EQ(TarnStringUtil::Append(s, INT_MIN), "v-0");
+  EXPECT_EQ(TarnStringUtil::String(std::list<int>{INT_MIN, 5}), "-0 5 ");
+}
+
+TEST(TarnStringUtilIntegers, UnsignedText) {
+  EXPECT_EQ(TarnStringUtil::String(0u), "0");
+  EXPECT_EQ(TarnStringUtil::String(UINT_MAX), "4294967295");
+  EXPECT_EQ(TarnStringUtil::String(UINT64_MAX), "18446744073709551615");
+  EXPECT_EQ(TarnStringUtil::String(std::uint64_t{42}), "42");
+  std::string s = "old";
+  EXPECT_EQ(TarnStringUtil::AssignSize(s, UINT64_MAX), "18446744073709551615");
+  EXPECT_EQ(TarnStringUtil::AssignSize(s, 0), "0");
+}
+
+TEST(TarnStringUtilIntegers, ListsEndWithASpace) {
+  EXPECT_EQ(TarnStringUtil::String(std::list<int>{1, -2}), "1 -2 ");
+  EXPECT_EQ(TarnStringUtil::String(std::list<int>{}), "");
+  const int a[] = {7, 0, -30};
+  EXPECT_EQ(TarnStringUtil::String(a, 3), "7 0 -30 ");
+  EXPECT_EQ(TarnStringUtil::String(a, 1), "7 ");
+  EXPECT_EQ(TarnStringUtil::String(a, 0), "");
+  EXPECT_EQ(TarnStringUtil::String(static_cast<const int*>(nullptr), 3), "");
+}
+
+TEST(TarnStringUtilIntegers, ToIntLenientRules) {
+  struct Case { const char* in; int value; ZelStatusCode status; };
+  const Case cases[] = {
+      {"  -42xyz", -42, STATUS_OK},
+      {"+", 0, STATUS_OK},   // a lone sign counts as read
+      {"-", 0, STATUS_OK},
+      {" -x", 0, STATUS_OK},
+      {"+-3", 0, STATUS_OK},
+      {"abc", 0, ERR_NOT_FOUND},
+      {"", 0, ERR_NOT_FOUND},
+      {" \t\n\v\f\r", 0, ERR_NOT_FOUND},
+      {"12abc", 12, STATUS_OK},
+      {"\t\n\v\f\r 7", 7, STATUS_OK},
+      {"1 2", 1, STATUS_OK},
+      {"007", 7, STATUS_OK},
+      {"+15", 15, STATUS_OK},
+      {"0x1F", 0, STATUS_OK},
+      {"\xB2", 0, ERR_NOT_FOUND}, // high bytes are not digits
+      {"4\xD9\xA3", 4, STATUS_OK},
+      {"\x1C" "5", 0, ERR_NOT_FOUND}, // 0x1C is not blank
+      // Wrap-around in 32 bits
+      {"2147483647", INT_MAX, STATUS_OK},
+      {"-2147483648", INT_MIN, STATUS_OK},
+      {"2147483648", INT_MIN, STATUS_OK},
+      {"4294967295", -1, STATUS_OK},
+      {"4294967296", 0, STATUS_OK},
+      {"4294967297", 1, STATUS_OK},
+      {"-4294967297", -1, STATUS_OK},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(std::string(c.in)));
+    int out = 99;
+    EXPECT_EQ(TarnStringUtil::ToInt(std::string(c.in), out), c.status);
+    EXPECT_EQ(out, c.value);
+    out = 99;
+    EXPECT_EQ(TarnStringUtil::ToInt(c.in, out), c.status);
+    EXPECT_EQ(out, c.value);
+  }
+  int out = 99;
+  EXPECT_EQ(TarnStringUtil::ToInt(static_cast<const char*>(nullptr), out), ERR_NOT_FOUND);
+  EXPECT_EQ(out, 0);
+}
+
+TEST(TarnStringUtilIntegers, ToInt64LenientRules) {
+  struct Case { const char* in; std::int64_t value; ZelStatusCode status; };
+  const Case cases[] = {
+      {"  -42xyz", -42, STATUS_OK},
+      {"+", 0, STATUS_OK},
+      {"", 0, ERR_NOT_FOUND},
+      {"9223372036854775807", INT64_MAX, STATUS_OK},
+      {"-9223372036854775808", INT64_MIN, STATUS_OK},
+      {"9223372036854775808", INT64_MIN, STATUS_OK},
+      {"18446744073709551615", -1, STATUS_OK},
+      {"18446744073709551616", 0, STATUS_OK},
+      {"4294967296", INT64_C(4294967296), STATUS_OK},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.in);
+    std::int64_t out = 99;
+    EXPECT_EQ(TarnStringUtil::ToInt64(std::string(c.in), out), c.status);
+    EXPECT_EQ(out, c.value);
+    out = 99;
+    EXPECT_EQ(TarnStringUtil::ToInt64(c.in, out), c.status);
+    EXPECT_EQ(out, c.value);
+  }
+}
+
+TEST(TarnStringUtilIntegers, RandomValuesAgreeWithFromChars) {
+  std::mt19937_64 rng(7);
+  for (int i = 0; i < 20000; ++i) {
+    const std::int64_t v64 = static_cast<std::int64_t>(rng()) >> (rng() % 64);
+    const int v32 = static_cast<int>(v64);
+    const std::string t64 = Oracle(v64), t32 = Oracle(v32);
+    std::int64_t r64 = 0;
+    int r32 = 0, parsed32 = 0;
+    std::from_chars(t32.data(), t32.data() + t32.size(), parsed32);
+    ASSERT_EQ(TarnStringUtil::ToInt64(t64, r64), STATUS_OK);
+    ASSERT_EQ(r64, v64) << t64;
+    ASSERT_EQ(TarnStringUtil::ToInt(t32, r32), STATUS_OK);
+    ASSERT_EQ(r32, parsed32) << t32;
+    if (v64 != INT64_MIN) {
+      ASSERT_EQ(TarnStringUtil::String(v64), t64);
+    }
+  }
+}
+
+TEST(TarnStringUtilIntegers, ToSizeTReadsLikeScanf) {
+  const char* const agreeing[] = {"42", "  42 ", "+5", "-1", "-0", "12abc",
+                                  "\t\n7", "18446744073709551615", "0009"};
+  for (const char* in : agreeing) {
+    SCOPED_TRACE(in);
+    std::uint64_t expected = 0, out = 77;
+    ASSERT_EQ(std::sscanf(in, "%" SCNu64, &expected), 1);
+    EXPECT_EQ(TarnStringUtil::ToSizeT(in, out), STATUS_OK);
+    EXPECT_EQ(out, expected);
+  }
+  const char* const failing[] = {"", "   ", "abc", "-", "+", "- 1", "x1"};
+  for (const char* in : failing) {
+    SCOPED_TRACE(in);
+    std::uint64_t out = 77;
+    EXPECT_EQ(TarnStringUtil::ToSizeT(in, out), ERR_NOT_FOUND);
+    EXPECT_EQ(out, 77u); // left as it was
+  }
+  std::uint64_t out = 0;
+  EXPECT_EQ(TarnStringUtil::ToSizeT("18446744073709551616", out), STATUS_OK);
+  EXPECT_EQ(out, UINT64_MAX);
+  EXPECT_EQ(TarnStringUtil::ToSizeT("99999999999999999999999", out), STATUS_OK);
+  EXPECT_EQ(out, UINT64_MAX);
+}
