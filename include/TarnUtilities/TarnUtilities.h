@@ -23,7 +23,9 @@
 #include "TarnUtilities/text/TarnStringTokenizer.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "TarnUtilities/text/TarnUtfUtil.h"
+#include "TarnUtilities/system/TarnApplicationUtil.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
 #include "TarnUtilities/system/TarnFileUtil.h"
+#include "TarnUtilities/system/TextLinesParser.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H

@@ -160,6 +160,8 @@ ZelStatusCode TarnFileUtil::CreateDirRecursive(const std::string& name) {
     TarnStringUtil::Trim(parent);
     if (!parent.empty() && !IsExistingDir(it->parent, status))
       result = ERR_FILE_IO;
+    else if (IsExistingDir(it->name, status))
+      result = STATUS_OK;  // "a//": the level below already made "a/"
     else
       result = CreateDir(it->name);
   }

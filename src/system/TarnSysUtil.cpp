@@ -1,5 +1,6 @@
 //===- TarnSysUtil.cpp - Process environment --------------------------------===//
 #include "TarnUtilities/system/TarnSysUtil.h"
+#include "TarnUtilities/text/TarnStringUtil.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -27,6 +28,21 @@ std::string TrimBlanks(const std::string& s) {
     --last;
   return s.substr(first, last - first);
 }
+
+bool IsBlank16(char16_t c) { return c == u' ' || (c >= 9 && c <= 13); }
+
+std::u16string TrimBlanks16(const std::u16string& s) {
+  std::size_t first = 0;
+  std::size_t last = s.size();
+  while (first < last && IsBlank16(s[first]))
+    ++first;
+  while (last > first && IsBlank16(s[last - 1]))
+    --last;
+  return s.substr(first, last - first);
+}
+
+// Computes the UTF-8 form of a wide name; empty for null.
+std::string Utf8(const char16_t* s) { return s ? TarnStringUtil::wide_to_utf8(s) : std::string(); }
 
 // Computes whether the whole text is a decimal integer with an optional sign.
 bool IsWholeInteger(const std::string& s) {
@@ -71,6 +87,32 @@ void set_env_var(const char* name, const char* value) {
     unsetenv(name);
   else
     setenv(name, value, 1);
+}
+
+std::u16string get_env_var(const char16_t* name, const char16_t* defaultValue, bool trim) {
+  const char* value = (name != nullptr) ? std::getenv(Utf8(name).c_str()) : nullptr;
+  if (value == nullptr || *value == '\0')
+    return defaultValue ? std::u16string(defaultValue) : std::u16string();
+  std::u16string result = TarnStringUtil::utf8_to_wide(value);
+  if (result.size() > kEnvBufferChars - 1) {
+    std::size_t cut = kEnvBufferChars - 1;
+    // Keep a surrogate pair whole: drop a high surrogate left at the end.
+    if (result[cut - 1] >= 0xD800 && result[cut - 1] <= 0xDBFF)
+      --cut;
+    result.resize(cut);
+  }
+  return trim ? TrimBlanks16(result) : result;
+}
+
+bool is_env_var(const char16_t* name) {
+  return name != nullptr && is_env_var(Utf8(name).c_str());
+}
+
+void set_env_var(const char16_t* name, const char16_t* value) {
+  if (name == nullptr)
+    return;
+  const std::string narrowValue = Utf8(value);
+  set_env_var(Utf8(name).c_str(), value ? narrowValue.c_str() : nullptr);
 }
 
 bool is_env_flag_set(const char* name) {

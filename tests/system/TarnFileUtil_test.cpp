@@ -151,6 +151,8 @@ TEST(TarnFileUtil, CreateDirRecursiveMakesEveryMissingParent) {
   EXPECT_TRUE(IsDirectory(dir / "s/v"));
   EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "s/w\\"), STATUS_OK);
   EXPECT_TRUE(IsDirectory(dir / "s/w"));
+  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "m//n//"), STATUS_OK);
+  EXPECT_TRUE(IsDirectory(dir / "m/n"));
 }
 
 TEST(TarnFileUtil, CreateDirRecursiveWorksRelativeToTheCurrentDirectory) {

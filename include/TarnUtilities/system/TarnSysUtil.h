@@ -29,6 +29,15 @@ TARN_API bool is_env_var(const char* name);
 /// Sets (overwrites) a variable; the result is ignored.
 TARN_API void set_env_var(const char* name, const char* value);
 
+/// Wide forms: names and values are converted between UTF-16 and UTF-8.
+/// A wide value is cut after 32,767 code units (never inside a surrogate
+/// pair).
+///   set_env_var(u"TARN_DIR", u"/d\u00e9")  =>  get_env_var("TARN_DIR") == "/d\xC3\xA9"
+TARN_API std::u16string get_env_var(const char16_t* name, const char16_t* defaultValue = nullptr,
+                                    bool trim = false);
+TARN_API bool is_env_var(const char16_t* name);
+TARN_API void set_env_var(const char16_t* name, const char16_t* value);
+
 /// True when the trimmed variable is a non-zero integer ("1", "-3") or one of
 /// "YES", "Y", "TRUE", "T" in any ASCII case; false for anything else,
 /// including "0", "no", "on" and an unset variable.

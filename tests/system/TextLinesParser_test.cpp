@@ -1,0 +1,299 @@
+//===- TextLinesParser_test.cpp - Whole-file lines --------------------------===//
+//
+// Hand-picked texts for each line-end rule, and an oracle: a direct
+// transcription of the two-bit-set description of the split (mark line
+// starts and ends, then cut), run against the parser over many random texts
+// of ordinary characters, CR and LF. Files are real files in a temporary
+// directory.
+//
+//===----------------------------------------------------------------------===//
+#include "TarnUtilities/system/TextLinesParser.h"
+#include "system/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+#include <sys/stat.h>
+#include <vector>
+
+using testing::ElementsAreArray;
+using tarn_test::TempDir;
+using tarn_test::WriteFile;
+
+namespace {
+
+struct Split {
+  std::vector<std::string> lines;
+  std::uint64_t longest = 0;
+};
+
+// The oracle: starts and ends marked in two bit sets while walking the text
+// with the line-end character being processed, then the text cut at every
+// end after the last start.
+Split OracleSplit(const std::string& text) {
+  const std::size_t n = text.size();
+  std::vector<bool> starts(n + 1), ends(n + 1);
+  starts[0] = true;
+  ends[n] = true;
+  char state = 0;
+  std::size_t lineStart = 0;
+  std::uint64_t longest = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const char c = text[i];
+    if (c != '\n' && c != '\r') {
+      if (state != 0) {
+        starts[i] = true;
+        lineStart = i;
+        state = 0;
+      }
+    } else if (state == 0) {
+      ends[i] = true;
+      longest = std::max<std::uint64_t>(longest, i - lineStart);
+      state = c;
+    } else if (c != state) {
+      starts[i + 1] = true;
+      lineStart = i + 1;
+      state = 0;
+    } else {
+      starts[i] = ends[i] = true;
+    }
+  }
+  if (state != 0)
+    starts[n] = true;
+  longest = std::max<std::uint64_t>(longest, n - lineStart);
+  Split split;
+  std::size_t last = 0;
+  for (std::size_t i = 0; i <= n; ++i) {
+    if (starts[i])
+      last = i;
+    if (ends[i])
+      split.lines.push_back(text.substr(last, i - last));
+  }
+  split.longest = longest;
+  return split;
+}
+
+Split ParserSplit(const TextLinesParser& parser) {
+  Split split;
+  for (std::uint64_t i = 0; i < parser.GetNumLines(); ++i)
+    split.lines.emplace_back(parser.GetLine(i));
+  split.longest = parser.GetLongestLineLength();
+  return split;
+}
+
+void ExpectSplit(const std::string& text, const std::vector<std::string>& lines,
+                 std::uint64_t longest) {
+  SCOPED_TRACE(testing::PrintToString(text));
+  TextLinesParser parser;
+  parser.AssignCopyOf(text.c_str());
+  const Split got = ParserSplit(parser);
+  EXPECT_THAT(got.lines, ElementsAreArray(lines));
+  EXPECT_EQ(got.longest, longest);
+  EXPECT_EQ(parser.GetTextLength(), text.size());
+  // The oracle agrees on the hand-picked cases too.
+  EXPECT_THAT(OracleSplit(text).lines, ElementsAreArray(lines));
+  EXPECT_EQ(OracleSplit(text).longest, longest);
+}
+
+} // namespace
+
+TEST(TextLinesParser, EachLineEndForm) {
+  ExpectSplit("a\nbc", {"a", "bc"}, 2);
+  ExpectSplit("a\rbc", {"a", "bc"}, 2);
+  ExpectSplit("a\r\nbc", {"a", "bc"}, 2);
+  ExpectSplit("a\n\rbc", {"a", "bc"}, 2);
+  ExpectSplit("abc", {"abc"}, 3);
+}
+
+TEST(TextLinesParser, DoubledLineEndsMakeEmptyLines) {
+  ExpectSplit("a\n\nb", {"a", "", "b"}, 1);
+  ExpectSplit("a\r\rb", {"a", "", "b"}, 1);
+  ExpectSplit("a\r\n\r\nb", {"a", "", "b"}, 1);
+  ExpectSplit("a\r\r\nb", {"a", "", "b"}, 1);
+  ExpectSplit("\n", {"", ""}, 1);
+  ExpectSplit("\n\n\n", {"", "", "", ""}, 3);
+}
+
+TEST(TextLinesParser, AllFormsMixedInOneText) {
+  ExpectSplit("one\ntwo\r\nthree\rfour\n\rfive\n\nsix\r\rseven",
+              {"one", "two", "three", "four", "five", "", "six", "", "seven"}, 5);
+}
+
+TEST(TextLinesParser, FinalLineEndLeavesAnEmptyLineAndCountsInTheLongest) {
+  ExpectSplit("a\n", {"a", ""}, 2);
+  ExpectSplit("ab\n", {"ab", ""}, 3);
+  ExpectSplit("ab\r", {"ab", ""}, 3);
+  ExpectSplit("ab\r\n", {"ab", ""}, 2);
+  ExpectSplit("ab\n\r", {"ab", ""}, 2);
+  ExpectSplit("ab\n\n", {"ab", "", ""}, 4);
+  ExpectSplit("abcdef\nab\n", {"abcdef", "ab", ""}, 6);
+}
+
+TEST(TextLinesParser, AgreesWithTheOracleOnRandomTexts) {
+  std::mt19937 rng(2024);
+  const char alphabet[] = {'a', 'b', '\n', '\r', '\n', '\r', ' '};
+  std::uniform_int_distribution<int> pick(0, sizeof alphabet - 1), length(0, 40);
+  for (int round = 0; round < 3000; ++round) {
+    std::string text;
+    for (int n = length(rng); n > 0; --n)
+      text += alphabet[pick(rng)];
+    SCOPED_TRACE(testing::PrintToString(text));
+    TextLinesParser parser;
+    parser.AssignCopyOf(text.c_str());
+    if (text.empty()) {
+      EXPECT_TRUE(parser.IsEmpty());
+      EXPECT_EQ(parser.GetNumLines(), 0u);
+      continue;
+    }
+    const Split expected = OracleSplit(text);
+    const Split got = ParserSplit(parser);
+    ASSERT_EQ(got.lines, expected.lines);
+    ASSERT_EQ(got.longest, expected.longest);
+  }
+}
+
+TEST(TextLinesParser, LoadsFilesAsTheyAre) {
+  TempDir dir;
+  const std::string text = "first line\r\nsecond\n\nfourth \xC3\xA9\rlast";
+  WriteFile(dir / "f \xC3\xA9.txt", text);
+  TextLinesParser parser;
+  std::string error = "stale";
+  ASSERT_TRUE(parser.LoadTextFromFile((dir / "f \xC3\xA9.txt").c_str(), error));
+  EXPECT_EQ(error, "");
+  EXPECT_THAT(ParserSplit(parser).lines, ElementsAreArray(OracleSplit(text).lines));
+  EXPECT_EQ(parser.GetNumLines(), 5u);
+  EXPECT_STREQ(parser.GetLine(3), "fourth \xC3\xA9");
+  EXPECT_EQ(parser.GetLongestLineLength(), 10u);
+
+  TextLinesParser wide;
+  ASSERT_TRUE(wide.LoadTextFromFile(dir.Wide("f \xC3\xA9.txt").c_str()));
+  EXPECT_EQ(ParserSplit(wide).lines, ParserSplit(parser).lines);
+  EXPECT_TRUE(wide.LoadTextFromFile((dir / "f \xC3\xA9.txt").c_str()));
+  EXPECT_TRUE(wide.LoadTextFromFile(dir.Wide("f \xC3\xA9.txt").c_str(), error));
+}
+
+TEST(TextLinesParser, ZeroBytesInAFileStayInsideTheirLine) {
+  TempDir dir;
+  WriteFile(dir / "z", std::string("ab\0cd\nef", 8));
+  TextLinesParser parser;
+  ASSERT_TRUE(parser.LoadTextFromFile((dir / "z").c_str()));
+  EXPECT_EQ(parser.GetNumLines(), 2u);
+  EXPECT_EQ(std::string(parser.GetLine(0), 5), std::string("ab\0cd", 5));
+  EXPECT_STREQ(parser.GetLine(1), "ef");
+  EXPECT_EQ(parser.GetLongestLineLength(), 5u);
+}
+
+TEST(TextLinesParser, EmptyFileLoadsAsEmpty) {
+  TempDir dir;
+  WriteFile(dir / "empty", "");
+  TextLinesParser parser;
+  parser.AssignCopyOf("something\nelse");
+  std::string error = "stale";
+  EXPECT_TRUE(parser.LoadTextFromFile((dir / "empty").c_str(), error));
+  EXPECT_EQ(error, "");
+  EXPECT_TRUE(parser.IsEmpty());
+  EXPECT_EQ(parser.GetNumLines(), 0u);
+  EXPECT_EQ(parser.GetLongestLineLength(), 0u);
+}
+
+TEST(TextLinesParser, FailuresGiveTheSystemTextAndEmptyTheObject) {
+  TempDir dir;
+  struct Case { std::string name; const char* error; };
+  const Case cases[] = {{dir / "missing.txt", "No such file or directory"},
+                        {dir.path(), "Is a directory"},
+                        {"", "No such file or directory"},
+                        {dir / std::string(300, 'n'), "File name too long"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TextLinesParser parser;
+    parser.AssignCopyOf("old\ntext");
+    std::string error;
+    EXPECT_FALSE(parser.LoadTextFromFile(c.name.c_str(), error));
+    EXPECT_EQ(error, c.error);
+    EXPECT_TRUE(parser.IsEmpty());
+    EXPECT_EQ(parser.GetNumLines(), 0u);
+    parser.AssignCopyOf("old\ntext");
+    EXPECT_FALSE(parser.LoadTextFromFile(TarnStringUtil::utf8_to_wide(c.name).c_str(), error));
+    EXPECT_EQ(error, c.error);
+    EXPECT_TRUE(parser.IsEmpty());
+  }
+  TextLinesParser parser;
+  std::string error;
+  EXPECT_FALSE(parser.LoadTextFromFile(static_cast<const char*>(nullptr), error));
+  EXPECT_EQ(error, "Invalid argument");
+  EXPECT_FALSE(parser.LoadTextFromFile(static_cast<const char16_t*>(nullptr)));
+}
+
+TEST(TextLinesParser, UnreadableFileGivesPermissionDenied) {
+  TempDir dir;
+  tarn_test::OpenToEveryone(dir);
+  WriteFile(dir / "secret", "x");
+  ::chmod((dir / "secret").c_str(), 0600);
+  EXPECT_TRUE(tarn_test::RunUnprivileged([&dir] {
+    TextLinesParser parser;
+    std::string error;
+    return !parser.LoadTextFromFile((dir / "secret").c_str(), error) &&
+           error == "Permission denied" && parser.IsEmpty();
+  }));
+}
+
+TEST(TextLinesParser, ReloadReusesTheBufferOnlyForTheSameSize) {
+  TempDir dir;
+  WriteFile(dir / "a", "aaa\nbbb");
+  WriteFile(dir / "b", "ccc\rddd");
+  WriteFile(dir / "c", "a much longer text\nwith\nthree lines");
+  TextLinesParser parser;
+  ASSERT_TRUE(parser.LoadTextFromFile((dir / "a").c_str()));
+  const char* const firstBuffer = parser.GetLine(0);
+  ASSERT_TRUE(parser.LoadTextFromFile((dir / "b").c_str()));
+  EXPECT_EQ(parser.GetLine(0), firstBuffer);
+  EXPECT_STREQ(parser.GetLine(0), "ccc");
+  EXPECT_STREQ(parser.GetLine(1), "ddd");
+  ASSERT_TRUE(parser.LoadTextFromFile((dir / "c").c_str()));
+  EXPECT_EQ(parser.GetNumLines(), 3u);
+  EXPECT_STREQ(parser.GetLine(2), "three lines");
+  EXPECT_EQ(parser.GetTextLength(), 35u);
+  // Same size, different number of lines.
+  WriteFile(dir / "d", std::string(34, '\n') + "x");
+  ASSERT_TRUE(parser.LoadTextFromFile((dir / "d").c_str()));
+  EXPECT_EQ(parser.GetNumLines(), 35u);
+  EXPECT_STREQ(parser.GetLine(34), "x");
+}
+
+TEST(TextLinesParser, FilesWithoutASizeAreReadToTheEnd) {
+  TextLinesParser parser;
+  std::string error;
+  ASSERT_TRUE(parser.LoadTextFromFile("/proc/self/status", error)) << error;
+  EXPECT_GT(parser.GetNumLines(), 3u);
+  EXPECT_EQ(std::string(parser.GetLine(0)).rfind("Name:", 0), 0u);
+}
+
+TEST(TextLinesParser, CopiesAndMovesOwnTheirText) {
+  auto original = std::make_unique<TextLinesParser>();
+  original->AssignCopyOf("x\r\ny\n\nz");
+  TextLinesParser copy(*original);
+  TextLinesParser assigned;
+  assigned.AssignCopyOf("other");
+  assigned = *original;
+  EXPECT_NE(copy.GetLine(0), original->GetLine(0));
+  original.reset();
+  for (const TextLinesParser* p : {&copy, &assigned}) {
+    EXPECT_EQ(ParserSplit(*p).lines, (std::vector<std::string>{"x", "y", "", "z"}));
+    EXPECT_EQ(p->GetLongestLineLength(), 1u);
+  }
+  const char* const line0 = copy.GetLine(0);
+  TextLinesParser moved(std::move(copy));
+  EXPECT_EQ(moved.GetLine(0), line0);
+  EXPECT_TRUE(copy.IsEmpty());
+  EXPECT_EQ(copy.GetNumLines(), 0u);
+  assigned = TextLinesParser();
+  EXPECT_TRUE(assigned.IsEmpty());
+  moved.AssignCopyOf("");
+  EXPECT_TRUE(moved.IsEmpty());
+  moved.AssignCopyOf(nullptr);
+  EXPECT_TRUE(moved.IsEmpty());
+  moved.SetEmpty();
+  EXPECT_EQ(moved.GetNumLines(), 0u);
+}
