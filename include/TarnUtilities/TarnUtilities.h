@@ -19,6 +19,10 @@
 #include "TarnUtilities/system/TarnSysUtil.h"
 #include "TarnUtilities/text/ZEL_ConfigFile.h"
 #include "TarnUtilities/text/ZEL_ConfigFileItem.h"
+#include "TarnUtilities/math/TarnBigInteger.h"
+#include "TarnUtilities/text/FloatingPointFormatter.h"
+#include "TarnUtilities/text/TarnFloatUtil.h"
+#include "TarnUtilities/text/ZEL_FixedBufferComposer.h"
 #include "TarnUtilities/text/TarnStringFunctions.h"
 #include "TarnUtilities/text/TarnStringTokenizer.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
@@ -27,5 +31,6 @@
 #include "TarnUtilities/system/TarnFileNameUtil.h"
 #include "TarnUtilities/system/TarnFileUtil.h"
 #include "TarnUtilities/system/TextLinesParser.h"
+#include "TarnUtilities/text/TarnFormatUtil.h"
 
 #endif // TARNUTILITIES_TARNUTILITIES_H

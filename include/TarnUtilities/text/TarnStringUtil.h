@@ -239,6 +239,14 @@ public:
   /// Same as ToInt in 64 bits.
   static ZelStatusCode ToInt64(const std::string& s, std::int64_t& out);
   static ZelStatusCode ToInt64(const char* s, std::int64_t& out);
+  /// Skips blanks and reads a decimal number with TarnFormatUtil::str_to_double
+  /// (correctly rounded; also "inf", "infinity", "nan"). STATUS_OK when at
+  /// least one character of a number was read; trailing text is ignored.
+  /// Otherwise out = 0.0 and ERR_NOT_FOUND; a lone sign is not a number.
+  ///   " 2.5e3 m" => 2500.0, OK;  "  " => 0.0, ERR_NOT_FOUND;  "+" => 0.0, ERR_NOT_FOUND
+  static ZelStatusCode ToDouble(const std::string& s, double& out);
+  /// C string form; a null pointer gives 0.0 and ERR_NOT_FOUND.
+  static ZelStatusCode ToDouble(const char* s, double& out);
   /// Reads an unsigned decimal as scanf's "%zu" does: blanks, an optional
   /// sign (a '-' negates modulo 2^64), digits; values above 2^64 - 1 give
   /// 18446744073709551615. Without digits out is left as it was and the

@@ -1,0 +1,355 @@
+//===- text/FloatingPointFormatter.cpp - Doubles to text ------------------===//
+//
+// Layouts over two digit sources: the shortest round-trip digits of the
+// free-format generator, and exact decimal rounding for fixed precision and
+// limited length.
+//
+//===----------------------------------------------------------------------===//
+#include "TarnUtilities/text/FloatingPointFormatter.h"
+
+#include "ExactDecimal.h"
+#include "ShortestDigitsInternal.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <string>
+
+using tarn_detail::DecimalDigits;
+
+namespace {
+
+/// Texts of the values without digits.
+const char* const kNaNText = "NaN";
+const char* const kInfText = "Inf";
+
+char* Put(char* p, const char* text, size_t n) {
+  std::memcpy(p, text, n);
+  return p + n;
+}
+
+char* PutChars(char* p, char c, int n) {
+  for (int i = 0; i < n; ++i)
+    *p++ = c;
+  return p;
+}
+
+/// Writes "NaN", "Inf" or "-Inf" for a non-finite x.
+char* PutNonFinite(char* p, double x) {
+  if (std::isnan(x))
+    return Put(p, kNaNText, 3);
+  if (std::signbit(x))
+    *p++ = '-';
+  return Put(p, kInfText, 3);
+}
+
+/// Shortest digits of a finite x; zero gives "0" with exponent 0.
+void Shortest(double x, DecimalDigits& d) {
+  if (x == 0) {
+    d.digits[0] = '0';
+    d.count = 1;
+    d.exponent = 0;
+    return;
+  }
+  tarn_detail::ShortestDigits(tarn_detail::DecomposeDouble(x), d);
+}
+
+/// The length of an exponent's text (sign and digits) in a style.
+int ExponentWidth(int exp, FloatingPointFormatter::ExponentStyle style) {
+  const int a = exp < 0 ? -exp : exp;
+  int digits = a >= 100 ? 3 : a >= 10 ? 2 : 1;
+  if (style == FloatingPointFormatter::EXP_FORTRAN && digits < 2)
+    digits = 2;
+  return 1 + digits;
+}
+
+/// Writes the marker, sign and digits of an exponent.
+char* PutExponent(char* p, int exp, FloatingPointFormatter::ExponentStyle style) {
+  *p++ = style == FloatingPointFormatter::EXP_LOWER ? 'e' : 'E';
+  *p++ = exp < 0 ? '-' : '+';
+  const int a = exp < 0 ? -exp : exp;
+  const int width = ExponentWidth(exp, style) - 1;
+  for (int i = width - 1; i >= 0; --i) {
+    int div = 1;
+    for (int j = 0; j < i; ++j)
+      div *= 10;
+    *p++ = char('0' + (a / div) % 10);
+  }
+  return p;
+}
+
+/// "d1.d2...dn" or "d1.0" for one digit.
+char* PutMantissa(char* p, const char* digits, int n) {
+  *p++ = digits[0];
+  *p++ = '.';
+  if (n == 1)
+    *p++ = '0';
+  else
+    p = Put(p, digits + 1, static_cast<size_t>(n - 1));
+  return p;
+}
+
+/// Places the decimal point into an integer of digits so that `decimals`
+/// digits follow it; trims trailing zeros (and a bare point) when asked.
+std::string PlacePoint(std::string digits, int decimals, bool trimZeros) {
+  if (decimals > 0) {
+    if (static_cast<int>(digits.size()) <= decimals)
+      digits.insert(0, static_cast<size_t>(decimals + 1) - digits.size(), '0');
+    digits.insert(digits.size() - static_cast<size_t>(decimals), 1, '.');
+    if (trimZeros) {
+      digits.erase(digits.find_last_not_of('0') + 1);
+      if (digits.back() == '.')
+        digits.pop_back();
+    }
+  }
+  return digits;
+}
+
+} // namespace
+
+FloatingPointFormatter::FloatingPointFormatter() : m_PosExpFmtSwitch(4), m_NegExpFmtSwitch(2) {
+  InitBignums();
+}
+
+void FloatingPointFormatter::InitBignums() { tarn_detail::InitPow5Bignums(); }
+
+//===----------------------------------------------------------------------===//
+// Free format
+//===----------------------------------------------------------------------===//
+
+char* FloatingPointFormatter::WriteFreeFormat(char* buf, double x) const {
+  char* p = buf;
+  if (!std::isfinite(x)) {
+    p = PutNonFinite(p, x);
+    *p = '\0';
+    return p;
+  }
+  if (std::signbit(x))
+    *p++ = '-';
+  DecimalDigits d;
+  Shortest(x, d);
+  const int n = d.count;
+  const int k = d.exponent;
+  const char* dig = d.digits;
+  const int maxSig = DOUBLE_MAX_NUM_SIGNIFICAND;
+  if (k > 0 && k <= m_PosExpFmtSwitch) {
+    // Rules for n >= 2 and n == 1 agree on the positive side.
+    if (n <= k + 1) {
+      p = Put(p, dig, static_cast<size_t>(n));
+      p = PutChars(p, '0', k + 1 - n);
+      p = Put(p, ".0", 2);
+    } else {
+      p = Put(p, dig, static_cast<size_t>(k + 1));
+      *p++ = '.';
+      p = Put(p, dig + k + 1, static_cast<size_t>(n - k - 1));
+    }
+  } else if (k < 0 && n - k <= maxSig &&
+             -k <= (n >= 2 ? m_NegExpFmtSwitch : m_PosExpFmtSwitch)) {
+    // A single digit is bounded by the positive switch on purpose.
+    p = Put(p, "0.", 2);
+    p = PutChars(p, '0', -k - 1);
+    p = Put(p, dig, static_cast<size_t>(n));
+  } else {
+    p = PutMantissa(p, dig, n);
+    if (k != 0)
+      p = PutExponent(p, k, EXP_LOWER);
+  }
+  *p = '\0';
+  return p;
+}
+
+//===----------------------------------------------------------------------===//
+// Fixed precision and scientific
+//===----------------------------------------------------------------------===//
+
+char* FloatingPointFormatter::WriteScientificFormat(char* buf, double x, int precision,
+                                                    ExponentStyle style) const {
+  char* p = buf;
+  if (!std::isfinite(x)) {
+    p = PutNonFinite(p, x);
+    *p = '\0';
+    return p;
+  }
+  precision = std::clamp(precision, 0, MAX_FIXED_PRECISION);
+  if (std::signbit(x))
+    *p++ = '-';
+  std::string digits;
+  int exp = 0;
+  if (x == 0) {
+    digits.assign(static_cast<size_t>(precision) + 1, '0');
+  } else {
+    DecimalDigits d;
+    Shortest(x, d);
+    tarn_detail::RoundedSignificant(x, precision + 1, d.exponent, digits, exp);
+  }
+  *p++ = digits[0];
+  if (precision > 0) {
+    *p++ = '.';
+    p = Put(p, digits.data() + 1, static_cast<size_t>(precision));
+  }
+  p = PutExponent(p, exp, style);
+  *p = '\0';
+  return p;
+}
+
+char* FloatingPointFormatter::WriteFixedPrecFormat(char* buf, double x, int precision,
+                                                   ExponentStyle style, bool trimZeros) const {
+  if (std::isfinite(x) && std::fabs(x) >= 1e17) {
+    char* end = WriteScientificFormat(buf, x, precision, style);
+    if (!trimZeros)
+      return end;
+    // Trim the mantissa's trailing zeros, keeping the exponent.
+    char* e = std::find_if(buf, end, [](char c) { return c == 'e' || c == 'E'; });
+    char* m = e;
+    while (m > buf && m[-1] == '0')
+      --m;
+    if (m > buf && m[-1] == '.')
+      --m;
+    const size_t expLen = static_cast<size_t>(end - e);
+    std::memmove(m, e, expLen);
+    m[expLen] = '\0';
+    return m + expLen;
+  }
+  char* p = buf;
+  if (!std::isfinite(x)) {
+    p = PutNonFinite(p, x);
+    *p = '\0';
+    return p;
+  }
+  precision = std::clamp(precision, 0, MAX_FIXED_PRECISION);
+  if (std::signbit(x))
+    *p++ = '-';
+  const std::string text = PlacePoint(tarn_detail::RoundedDecimal(x, precision), precision, trimZeros);
+  p = Put(p, text.data(), text.size());
+  *p = '\0';
+  return p;
+}
+
+//===----------------------------------------------------------------------===//
+// Limited length
+//===----------------------------------------------------------------------===//
+
+namespace {
+
+/// Number of significant digits in a digit string: "000120" => 3 ("120").
+int SignificantDigits(const std::string& digits) {
+  const size_t first = digits.find_first_not_of('0');
+  return first == std::string::npos ? 0 : static_cast<int>(digits.size() - first);
+}
+
+/// Positional text of |x| within `room` characters; empty when impossible.
+/// sig receives the significant digits it shows, exact when all shortest
+/// digits are shown.
+std::string FixedCandidate(double x, const DecimalDigits& d, int room, int& sig, bool& exact) {
+  exact = false;
+  sig = 0;
+  const int n = d.count, k = d.exponent;
+  const int intLen = k >= 0 ? k + 1 : 1;
+  if (intLen > room)
+    return std::string();
+  std::string full;
+  if (k >= 0) {
+    full.assign(d.digits, static_cast<size_t>(std::min(n, k + 1)));
+    full.append(static_cast<size_t>(std::max(0, k + 1 - n)), '0');
+    if (n > k + 1) {
+      full += '.';
+      full.append(d.digits + k + 1, static_cast<size_t>(n - k - 1));
+    }
+  } else {
+    full = "0.";
+    full.append(static_cast<size_t>(-k - 1), '0');
+    full.append(d.digits, static_cast<size_t>(n));
+  }
+  if (static_cast<int>(full.size()) <= room) {
+    exact = true;
+    sig = n;
+    if (full.find('.') == std::string::npos && static_cast<int>(full.size()) + 2 <= room)
+      full += ".0";
+    return full;
+  }
+  // Round to the decimals that fit; a carry may lengthen the integer part.
+  for (int decimals = std::max(0, room - intLen - 1); decimals >= 0; --decimals) {
+    const std::string digits = tarn_detail::RoundedDecimal(x, decimals);
+    std::string text = PlacePoint(digits, decimals, true);
+    if (static_cast<int>(text.size()) > room)
+      continue;
+    sig = SignificantDigits(digits);
+    if (text.find('.') == std::string::npos && static_cast<int>(text.size()) + 2 <= room)
+      text += ".0";
+    return text;
+  }
+  return std::string();
+}
+
+/// Exponent-form text of |x| within `room` characters; empty when impossible.
+std::string ExponentCandidate(double x, const DecimalDigits& d, int room,
+                              FloatingPointFormatter::ExponentStyle style, int& sig) {
+  sig = 0;
+  const int minWidth = style == FloatingPointFormatter::EXP_FORTRAN ? 3 : 2;
+  for (int width = minWidth; width <= 4; ++width) {
+    const int mantissaRoom = room - 1 - width;
+    if (mantissaRoom < 1)
+      return std::string();
+    const int p = mantissaRoom >= 3 ? mantissaRoom - 1 : 1;
+    std::string digits;
+    int exp;
+    if (d.count <= p) {
+      digits.assign(d.digits, static_cast<size_t>(d.count));
+      exp = d.exponent;
+    } else {
+      tarn_detail::RoundedSignificant(x, p, d.exponent, digits, exp);
+    }
+    if (ExponentWidth(exp, style) > width)
+      continue; // the exponent needs a wider form
+    sig = static_cast<int>(digits.size());
+    digits.erase(std::max<size_t>(1, digits.find_last_not_of('0') + 1));
+    std::string text(1, digits[0]);
+    if (digits.size() > 1)
+      text += '.' + digits.substr(1);
+    else if (mantissaRoom >= 3)
+      text += ".0";
+    char e[8];
+    char* end = PutExponent(e, exp, style);
+    text.append(e, static_cast<size_t>(end - e));
+    return text;
+  }
+  return std::string();
+}
+
+} // namespace
+
+char* FloatingPointFormatter::WriteLimitedLength(char* buf, double x, size_t length,
+                                                 ExponentStyle style, PaddingOption padding,
+                                                 char padChar) const {
+  const int len = static_cast<int>(std::min<size_t>(length, 1u << 20));
+  std::string text;
+  if (!std::isfinite(x)) {
+    char tmp[8];
+    text.assign(tmp, static_cast<size_t>(PutNonFinite(tmp, x) - tmp));
+  } else {
+    const bool neg = std::signbit(x);
+    const int room = len - (neg ? 1 : 0);
+    DecimalDigits d;
+    Shortest(x, d);
+    int fixedSig = 0, expSig = 0;
+    bool exact = false;
+    std::string fixed = room > 0 ? FixedCandidate(x, d, room, fixedSig, exact) : std::string();
+    std::string expo;
+    if (!exact && room > 0)
+      expo = ExponentCandidate(x, d, room, style, expSig);
+    const std::string& best = (!fixed.empty() && (exact || fixedSig >= expSig || expo.empty())) ? fixed : expo;
+    if (!best.empty())
+      text = (neg ? "-" : "") + best;
+  }
+  if (static_cast<int>(text.size()) > len || text.empty())
+    text.assign(static_cast<size_t>(len), '*');
+  const int pad = padding == PAD_NONE ? 0 : len - static_cast<int>(text.size());
+  char* p = buf;
+  if (padding == PAD_LEFT)
+    p = PutChars(p, padChar, pad);
+  p = Put(p, text.data(), text.size());
+  if (padding == PAD_RIGHT)
+    p = PutChars(p, padChar, pad);
+  *p = '\0';
+  return p;
+}

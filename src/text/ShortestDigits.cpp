@@ -1,0 +1,230 @@
+//===- text/ShortestDigits.cpp - Free-format digits, fast path ------------===//
+//
+// The same free-format digit generator as ShortestDigitsBignum.cpp, run on
+// 128-bit fixed-point approximations of its ratios instead of big numbers.
+// With N = 124 fraction bits, R = r/s, M+ = m+/s and M- = m-/s are computed
+// from a 128-bit table of powers of ten, each from below and with a known
+// bound on its error. Every decision of the generator (the digit, the two
+// termination tests, the final rounding) is taken only when it holds for
+// every value inside those bounds; otherwise the big-number path decides.
+// The digits are therefore exactly those of the big-number path; the bounds
+// grow tenfold per digit and stay below 2^60 units of 2^-124, so the fallback
+// is taken only for values within about 2^-64 of a decision boundary --
+// exact ties among them.
+//
+//===----------------------------------------------------------------------===//
+#include "ShortestDigitsInternal.h"
+
+#include "TarnUtilities/math/TarnBigInteger.h"
+
+#include <cstring>
+#include <memory>
+
+namespace tarn_detail {
+namespace {
+
+__extension__ typedef unsigned __int128 u128;
+
+constexpr int kFracBits = 124;
+constexpr u128 kOne = u128(1) << kFracBits;
+constexpr u128 kFracMask = kOne - 1;
+
+/// Decimal exponents the generator can meet: the smallest subnormal gives an
+/// estimate of -323, the largest double 309 after the fixup.
+constexpr int kMinK = -325;
+constexpr int kMaxK = 311;
+
+/// 10^-k = t * 2^-b with t in [2^127, 2^128), t rounded down.
+struct ScaledPow10 {
+  u128 t;
+  int b;
+};
+
+/// The top 128 bits of a value of at least 128 bits.
+u128 Top128(const TarnBigInteger& v) {
+  const uint64_t low = v.NumBits() - 128;
+  u128 out = 0;
+  for (int i = 127; i >= 0; --i) {
+    const uint64_t bit = low + uint64_t(i);
+    out = (out << 1) | ((v.GetDigit(bit / 32) >> (bit % 32)) & 1);
+  }
+  return out;
+}
+
+/// Built once, exactly, with big integers.
+const ScaledPow10* Pow10Table() {
+  static const std::unique_ptr<ScaledPow10[]> table = [] {
+    std::unique_ptr<ScaledPow10[]> t(new ScaledPow10[kMaxK - kMinK + 1]);
+    for (int k = kMinK; k <= kMaxK; ++k) {
+      ScaledPow10& e = t[k - kMinK];
+      TarnBigInteger p(1);
+      const uint64_t n = static_cast<uint64_t>(k < 0 ? -k : k);
+      p.Pow5Mult(n);
+      p.Pow2Mult(n);
+      const int len = static_cast<int>(p.NumBits());
+      if (k == 0) {
+        e.t = u128(1) << 127;
+        e.b = 127;
+      } else if (k > 0) {
+        // t = floor(2^(127 + len) / 10^k), in (2^127, 2^128).
+        TarnBigInteger num(1);
+        num.Pow2Mult(static_cast<uint64_t>(127 + len));
+        num.Div(p, nullptr);
+        e.t = Top128(num);
+        e.b = 127 + len;
+      } else {
+        // t = floor(10^n * 2^(128 - len)).
+        if (len < 128)
+          p.Pow2Mult(static_cast<uint64_t>(128 - len));
+        e.t = Top128(p);
+        e.b = 128 - len;
+      }
+    }
+    return t;
+  }();
+  return table.get();
+}
+
+/// Outcome of a test on approximate values: certainly true, certainly false,
+/// or undecided within the error bounds.
+enum class Certain { True, False, Unknown };
+
+/// R + M+ against one (the high end of the interval reaching the next
+/// power of ten, or the high termination test).
+Certain HighTest(u128 r, u128 mp, u128 errSum, bool accept) {
+  const u128 sum = r + mp;
+  if (accept ? sum >= kOne : sum > kOne)
+    return Certain::True;
+  if (sum + errSum <= kOne)
+    return Certain::False;
+  return Certain::Unknown;
+}
+
+/// R against M- (the low termination test).
+Certain LowTest(u128 r, u128 mm, u128 errR, u128 errM) {
+  if (r + errR <= mm)
+    return Certain::True;
+  if (r >= mm + errM)
+    return Certain::False;
+  return Certain::Unknown;
+}
+
+/// Runs the generator on 128-bit values; false when a step is undecided.
+bool ShortestDigits128(const BinaryValue& v, DecimalDigits& out) {
+  const uint64_t V = v.f << 2; // v in units of 2^(e-2)
+  int k = EstimateK(v);
+  u128 r = 0, mp = 0, mm = 0, errR = 0;
+  const u128 errM = 2;
+  for (int attempt = 0;; ++attempt) {
+    if (k < kMinK || k > kMaxK || attempt > 1)
+      return false;
+    const ScaledPow10& p = Pow10Table()[k - kMinK];
+    // R * 2^N = V * t / 2^sh.
+    const int sh = p.b + 2 - v.e - kFracBits;
+    if (sh < 1 || sh > 127)
+      return false;
+    const u128 p0 = u128(V) * static_cast<uint64_t>(p.t);
+    const u128 a = u128(V) * static_cast<uint64_t>(p.t >> 64) + (p0 >> 64);
+    const uint64_t low = static_cast<uint64_t>(p0);
+    r = sh >= 64 ? a >> (sh - 64) : (a << (64 - sh)) | (low >> sh);
+    // Truncating t (error < 1) loses up to V / 2^sh, truncating the shift
+    // up to 1 more.
+    errR = (u128(V) >> sh) + 2;
+    const u128 unit = p.t >> sh;     // 2^(e-2) / 10^k, i.e. a quarter gap
+    mp = p.t >> (sh - 1);            // half-gap above: 2^(e-1)
+    mm = v.lowerCloser ? unit : mp;  // half-gap below
+    const Certain fix = HighTest(r, mp, errR + errM, v.acceptBounds);
+    if (fix == Certain::Unknown)
+      return false;
+    if (fix == Certain::False)
+      break;
+    ++k;
+  }
+
+  int n = 0;
+  u128 eR = errR, eM = errM;
+  for (;;) {
+    r *= 10;
+    const int d = static_cast<int>(r >> kFracBits);
+    r &= kFracMask;
+    eR *= 10;
+    if (r + eR > kOne)
+      return false; // the digit itself is undecided
+    mp *= 10;
+    mm = v.lowerCloser ? mm * 10 : mp;
+    eM *= 10;
+    const Certain tc1 = LowTest(r, mm, eR, eM);
+    const Certain tc2 = HighTest(r, mp, eR + eM, v.acceptBounds);
+    if (tc1 == Certain::Unknown || tc2 == Certain::Unknown)
+      return false;
+    if (tc1 == Certain::False && tc2 == Certain::False) {
+      out.digits[n++] = char('0' + d);
+      if (n >= 20)
+        return false;
+      continue;
+    }
+    int last = d;
+    if (tc1 == Certain::True && tc2 == Certain::True) {
+      if (2 * (r + eR) <= kOne)
+        last = d;
+      else if (2 * r >= kOne)
+        last = d + 1;
+      else
+        return false;
+    } else if (tc2 == Certain::True) {
+      last = d + 1;
+    }
+    out.digits[n++] = char('0' + last);
+    break;
+  }
+  out.count = n;
+  out.exponent = k - 1;
+  return true;
+}
+
+} // namespace
+
+BinaryValue DecomposeDouble(double x) {
+  uint64_t bits;
+  std::memcpy(&bits, &x, sizeof bits);
+  const uint64_t frac = bits & ((uint64_t(1) << 52) - 1);
+  const int field = static_cast<int>((bits >> 52) & 0x7FF);
+  BinaryValue v;
+  if (field == 0) {
+    v.f = frac;
+    v.e = -1074;
+    v.lowerCloser = false;
+  } else {
+    v.f = frac | (uint64_t(1) << 52);
+    v.e = field - 1075;
+    v.lowerCloser = frac == 0 && field > 1;
+  }
+  v.acceptBounds = (v.f & 1) == 0;
+  return v;
+}
+
+BinaryValue DecomposeFloat(float x) {
+  uint32_t bits;
+  std::memcpy(&bits, &x, sizeof bits);
+  const uint32_t frac = bits & ((uint32_t(1) << 23) - 1);
+  const int field = static_cast<int>((bits >> 23) & 0xFF);
+  BinaryValue v;
+  if (field == 0) {
+    v.f = frac;
+    v.e = -149;
+    v.lowerCloser = false;
+  } else {
+    v.f = frac | (uint32_t(1) << 23);
+    v.e = field - 150;
+    v.lowerCloser = frac == 0 && field > 1;
+  }
+  v.acceptBounds = (v.f & 1) == 0;
+  return v;
+}
+
+void ShortestDigits(const BinaryValue& v, DecimalDigits& out) {
+  if (!ShortestDigits128(v, out))
+    ShortestDigitsBignum(v, out);
+}
+
+} // namespace tarn_detail

@@ -1,0 +1,424 @@
+//===- TarnBigInteger_test.cpp - Big integers against independent arithmetic -===//
+//
+// Oracles: unsigned __int128 where values fit, schoolbook decimal addition on
+// strings for the identity q * d + r = n, and the compiler's correctly rounded
+// integer-to-double conversion.
+//
+//===----------------------------------------------------------------------===//
+#include "TarnUtilities/logging/ZEL_Failure.h"
+#include "TarnUtilities/math/TarnBigInteger.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <string>
+
+namespace {
+
+using u128 = unsigned __int128;
+
+std::string Dec(const TarnBigInteger& v) {
+  std::string s;
+  v.PrintAsDec(s);
+  return s;
+}
+
+std::string Dec128(u128 v) {
+  if (v == 0)
+    return "0";
+  std::string s;
+  while (v != 0) {
+    s.insert(s.begin(), char('0' + int(v % 10)));
+    v /= 10;
+  }
+  return s;
+}
+
+/// Decimal addition of two digit strings, the oracle for q * d + r.
+std::string DecAdd(const std::string& a, const std::string& b) {
+  std::string out;
+  int carry = 0;
+  for (size_t i = 0; i < std::max(a.size(), b.size()) || carry; ++i) {
+    int s = carry;
+    if (i < a.size())
+      s += a[a.size() - 1 - i] - '0';
+    if (i < b.size())
+      s += b[b.size() - 1 - i] - '0';
+    out.insert(out.begin(), char('0' + s % 10));
+    carry = s / 10;
+  }
+  return out;
+}
+
+/// A random value of up to `digits` 32-bit digits, built by MultAdd.
+TarnBigInteger RandomBig(std::mt19937_64& rng, int digits) {
+  TarnBigInteger v;
+  const int n = 1 + int(rng() % uint64_t(digits));
+  for (int i = 0; i < n; ++i)
+    v.MultAdd(0xFFFFFFFFu, static_cast<uint32_t>(rng())), v.Add(static_cast<uint32_t>(rng()));
+  return v;
+}
+
+u128 Random128(std::mt19937_64& rng) {
+  const int bits = 1 + int(rng() % 128);
+  u128 v = (u128(rng()) << 64) | rng();
+  return bits == 128 ? v : v & ((u128(1) << bits) - 1);
+}
+
+double Bits(uint64_t b) {
+  double d;
+  std::memcpy(&d, &b, sizeof d);
+  return d;
+}
+
+} // namespace
+
+// Construction and printing ------------------------------------------------
+
+TEST(TarnBigInteger, ZeroPrintsAsZeroInBothBases) {
+  TarnBigInteger z("0");
+  EXPECT_TRUE(z.IsZero());
+  EXPECT_EQ(z.GetMsbIdx(), 0u);
+  EXPECT_EQ(z.NumBits(), 0u);
+  std::string s;
+  z.PrintAsDec(s);
+  EXPECT_EQ(s, "0");
+  z.PrintAsBin(s);
+  EXPECT_EQ(s, "0");
+  EXPECT_TRUE(TarnBigInteger().IsZero());
+  EXPECT_TRUE(TarnBigInteger(static_cast<const char*>(nullptr)).IsZero());
+  EXPECT_TRUE(TarnBigInteger("").IsZero());
+  EXPECT_EQ(TarnBigInteger().GetCapacity(), 16u);
+}
+
+TEST(TarnBigInteger, DecimalTextRoundTripsThroughPrintAsDec) {
+  std::mt19937_64 rng(1);
+  for (int i = 0; i < 2000; ++i) {
+    const u128 v = Random128(rng);
+    const std::string text = Dec128(v);
+    SCOPED_TRACE(text);
+    TarnBigInteger b(text.c_str());
+    EXPECT_EQ(Dec(b), text);
+    EXPECT_EQ(b.ToUint64(), static_cast<uint64_t>(v));
+    std::string bin;
+    b.PrintAsBin(bin);
+    std::string expect;
+    for (u128 x = v; x != 0; x >>= 1)
+      expect.insert(expect.begin(), char('0' + int(x & 1)));
+    EXPECT_EQ(bin, expect.empty() ? "0" : expect);
+  }
+  // Leading zeros are read and dropped; long texts grow the capacity.
+  EXPECT_EQ(Dec(TarnBigInteger("000123")), "123");
+  const std::string big(300, '9');
+  TarnBigInteger nines(big.c_str());
+  EXPECT_EQ(Dec(nines), big);
+  EXPECT_GE(nines.GetCapacity(), 32u);
+}
+
+TEST(TarnBigInteger, NonDigitCharactersCountAsTheirOffsetFromZero) {
+  // 'A' is '0' + 17: "1A" reads as 1 * 10 + 17.
+  EXPECT_EQ(TarnBigInteger("1A").ToUint64(), 27u);
+}
+
+TEST(TarnBigInteger, RoundCapacityIsAPowerOfTwoOfAtLeastSixteen) {
+  const struct { uint64_t n, expect; } cases[] = {{0, 16}, {1, 16}, {16, 16}, {17, 32},
+                                                  {32, 32}, {33, 64}, {1000, 1024}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.n);
+    EXPECT_EQ(TarnBigInteger::RoundCapacity(c.n), c.expect);
+  }
+}
+
+TEST(TarnBigInteger, InlineStorageHoldsValuesBelowTwoTo512) {
+  TarnBigInteger v(1);
+  v.Pow2Mult(511);
+  EXPECT_EQ(v.GetCapacity(), 16u);
+  EXPECT_EQ(v.NumBits(), 512u);
+  v.Pow2Mult(1);
+  EXPECT_EQ(v.GetCapacity(), 32u);
+  EXPECT_EQ(v.NumBits(), 513u);
+  v.WarrantDigCapacity(100);
+  EXPECT_EQ(v.GetCapacity(), 128u);
+  EXPECT_EQ(v.NumBits(), 513u);
+}
+
+TEST(TarnBigInteger, CopiesAndMovesKeepTheValue) {
+  std::mt19937_64 rng(2);
+  for (int digits : {3, 40}) {
+    TarnBigInteger a = RandomBig(rng, digits);
+    const std::string text = Dec(a);
+    TarnBigInteger copy(a);
+    EXPECT_EQ(copy, a);
+    TarnBigInteger assigned(5);
+    assigned.Pow2Mult(2000); // heap block, larger than the source
+    assigned = a;
+    EXPECT_EQ(Dec(assigned), text);
+    TarnBigInteger moved(std::move(copy));
+    EXPECT_EQ(Dec(moved), text);
+    EXPECT_TRUE(copy.IsZero()); // NOLINT: a moved-from value is zero
+    TarnBigInteger target;
+    target = std::move(moved);
+    EXPECT_EQ(Dec(target), text);
+    target = uint64_t(42);
+    EXPECT_EQ(Dec(target), "42");
+  }
+}
+
+TEST(TarnBigInteger, ComparesByMagnitude) {
+  std::mt19937_64 rng(3);
+  for (int i = 0; i < 2000; ++i) {
+    const u128 a = Random128(rng), b = i % 7 == 0 ? a : Random128(rng);
+    TarnBigInteger x(Dec128(a).c_str()), y(Dec128(b).c_str());
+    EXPECT_EQ(x == y, a == b);
+    EXPECT_EQ(x != y, a != b);
+    EXPECT_EQ(x < y, a < b);
+    EXPECT_EQ(y < x, b < a);
+  }
+}
+
+TEST(TarnBigInteger, NumBitsCountsSignificantBits) {
+  EXPECT_EQ(TarnBigInteger(1).NumBits(), 1u);
+  EXPECT_EQ(TarnBigInteger(uint64_t(1) << 32).NumBits(), 33u);
+  EXPECT_EQ(TarnBigInteger(~uint64_t(0)).NumBits(), 64u);
+}
+
+// Arithmetic against unsigned __int128 --------------------------------------
+
+TEST(TarnBigInteger, AddMultAddAndMultMatchInt128) {
+  std::mt19937_64 rng(4);
+  for (int i = 0; i < 5000; ++i) {
+    const uint64_t a = rng() >> (rng() % 64);
+    const uint32_t m = static_cast<uint32_t>(rng()), add = static_cast<uint32_t>(rng());
+    TarnBigInteger v(a);
+    v.MultAdd(m, add);
+    EXPECT_EQ(Dec(v), Dec128(u128(a) * m + add));
+    v.Add(0xFFFFFFFFu);
+    EXPECT_EQ(Dec(v), Dec128(u128(a) * m + add + 0xFFFFFFFFu));
+    const uint64_t b = rng() >> (rng() % 64);
+    TarnBigInteger x(a);
+    x.Mult(TarnBigInteger(b));
+    EXPECT_EQ(Dec(x), Dec128(u128(a) * b));
+  }
+  TarnBigInteger carry(~uint64_t(0));
+  carry.Add(1);
+  EXPECT_EQ(Dec(carry), "18446744073709551616");
+  EXPECT_EQ(carry.GetMsbIdx(), 2u);
+}
+
+TEST(TarnBigInteger, MultByItselfSquares) {
+  std::mt19937_64 rng(5);
+  for (int i = 0; i < 1000; ++i) {
+    const uint64_t a = rng();
+    TarnBigInteger v(a);
+    v.Mult(v);
+    EXPECT_EQ(Dec(v), Dec128(u128(a) * a));
+  }
+}
+
+TEST(TarnBigInteger, Pow2MultShiftsLikeInt128) {
+  std::mt19937_64 rng(6);
+  for (int i = 0; i < 5000; ++i) {
+    const uint64_t a = rng() >> (rng() % 64);
+    const unsigned n = static_cast<unsigned>(rng() % 64);
+    TarnBigInteger v(a);
+    v.Pow2Mult(n);
+    EXPECT_EQ(Dec(v), Dec128(u128(a) << n));
+  }
+  TarnBigInteger v(0x12345678ABCDEF01ULL);
+  v.Pow2Mult(32);
+  EXPECT_EQ(v.GetDigit(0), 0u);
+  EXPECT_EQ(v.GetDigit(1), 0xABCDEF01u);
+  EXPECT_EQ(v.GetDigit(2), 0x12345678u);
+  TarnBigInteger zero;
+  zero.Pow2Mult(1000);
+  EXPECT_TRUE(zero.IsZero());
+}
+
+TEST(TarnBigInteger, Pow5MultMatchesRepeatedMultiplication) {
+  TarnBigInteger seven(1);
+  seven.Pow5Mult(7);
+  EXPECT_EQ(seven.ToUint64(), 78125u);
+  TarnBigInteger eight(1);
+  eight.Pow5Mult(8);
+  EXPECT_EQ(eight.ToUint64(), 390625u);
+
+  std::mt19937_64 rng(7);
+  for (int i = 0; i < 200; ++i) {
+    const uint64_t n = rng() % 3000;
+    const uint64_t start = rng();
+    SCOPED_TRACE(n);
+    TarnBigInteger v(start);
+    v.Pow5Mult(n);
+    TarnBigInteger slow(start);
+    for (uint64_t k = 0; k < n; ++k)
+      slow.MultAdd(5, 0);
+    EXPECT_EQ(v, slow);
+  }
+}
+
+TEST(TarnBigInteger, Pow5MultBeyondTheTableSquaresTheLastRecord) {
+  // 16384 * 8 + 3 = 131075 has bit 14 of n / 8 set: past record 11.
+  const uint64_t n = 16384 * 8 + 3;
+  TarnBigInteger v(3);
+  v.Pow5Mult(n);
+  TarnBigInteger slow(3);
+  const uint32_t fivePow13 = 1220703125u;
+  for (uint64_t k = 0; k < n / 13; ++k)
+    slow.MultAdd(fivePow13, 0);
+  for (uint64_t k = 0; k < n % 13; ++k)
+    slow.MultAdd(5, 0);
+  EXPECT_EQ(v, slow);
+  // 3 * 5^131075 has floor(log2(3) + 131075 log2(5)) + 1 bits.
+  EXPECT_EQ(v.NumBits(), uint64_t(std::floor(std::log2(3.0) + 131075 * std::log2(5.0))) + 1);
+}
+
+TEST(TarnBigInteger, ShortDivisionMatchesInt128) {
+  std::mt19937_64 rng(8);
+  for (int i = 0; i < 5000; ++i) {
+    const u128 n = Random128(rng);
+    const uint32_t d = static_cast<uint32_t>(rng() >> (rng() % 32)) | 1u;
+    TarnBigInteger v(Dec128(n).c_str());
+    const uint32_t r = v.Div(d);
+    EXPECT_EQ(r, uint32_t(n % d));
+    EXPECT_EQ(Dec(v), Dec128(n / d));
+    TarnBigInteger w(Dec128(n).c_str());
+    EXPECT_EQ(w.Div2(), uint32_t(n & 1));
+    EXPECT_EQ(Dec(w), Dec128(n >> 1));
+  }
+}
+
+TEST(TarnBigInteger, LongDivisionMatchesInt128) {
+  std::mt19937_64 rng(9);
+  for (int i = 0; i < 5000; ++i) {
+    const u128 n = Random128(rng);
+    u128 d = Random128(rng);
+    if (d == 0)
+      d = 1;
+    TarnBigInteger v(Dec128(n).c_str()), rem(7);
+    v.Div(TarnBigInteger(Dec128(d).c_str()), &rem);
+    EXPECT_EQ(Dec(v), Dec128(n / d));
+    EXPECT_EQ(Dec(rem), Dec128(n % d));
+  }
+}
+
+TEST(TarnBigInteger, LongDivisionSatisfiesQuotientTimesDivisorPlusRemainder) {
+  std::mt19937_64 rng(10);
+  for (int i = 0; i < 400; ++i) {
+    const TarnBigInteger n = RandomBig(rng, 60);
+    const TarnBigInteger d = RandomBig(rng, 30);
+    SCOPED_TRACE(Dec(n) + " / " + Dec(d));
+    TarnBigInteger q(n), r;
+    q.Div(d, &r);
+    EXPECT_TRUE(r < d);
+    TarnBigInteger qd(q);
+    qd.Mult(d);
+    EXPECT_EQ(DecAdd(Dec(qd), Dec(r)), Dec(n));
+    // Without a remainder pointer the quotient is the same.
+    TarnBigInteger q2(n);
+    q2.Div(d, nullptr);
+    EXPECT_EQ(q2, q);
+  }
+}
+
+TEST(TarnBigInteger, ProductDividedByAFactorGivesTheOtherFactor) {
+  std::mt19937_64 rng(11);
+  for (int i = 0; i < 400; ++i) {
+    const TarnBigInteger a = RandomBig(rng, 40);
+    TarnBigInteger b = RandomBig(rng, 40);
+    if (b.IsZero())
+      b = uint64_t(3);
+    TarnBigInteger p(a);
+    p.Mult(b);
+    TarnBigInteger r(99);
+    p.Div(b, &r);
+    EXPECT_EQ(p, a);
+    EXPECT_TRUE(r.IsZero());
+  }
+  // Divisors whose top digit needs no normalising shift, and a quotient
+  // digit whose first estimate is too large (Knuth's add-back case).
+  TarnBigInteger n("340282366920938463463374607431768211455"); // 2^128 - 1
+  TarnBigInteger d("18446744073709551615");                      // 2^64 - 1
+  TarnBigInteger r;
+  n.Div(d, &r);
+  EXPECT_EQ(Dec(n), "18446744073709551617");
+  EXPECT_TRUE(r.IsZero());
+  TarnBigInteger m("0");
+  m.Div(d, &r);
+  EXPECT_TRUE(m.IsZero());
+  EXPECT_TRUE(r.IsZero());
+}
+
+TEST(TarnBigInteger, DivisionByZeroThrows) {
+  TarnBigInteger v(10);
+  EXPECT_THROW(v.Div(0u), ZEL_Failure);
+  TarnBigInteger r;
+  EXPECT_THROW(v.Div(TarnBigInteger(), &r), ZEL_Failure);
+  EXPECT_EQ(v.ToUint64(), 10u);
+}
+
+// Conversion to double ------------------------------------------------------
+
+TEST(TarnBigInteger, ToDoubleRoundsTiesToEvenAndHonoursSticky) {
+  TarnBigInteger v((uint64_t(1) << 53) + 1);
+  EXPECT_EQ(v.ToDouble(0, 0), 9007199254740992.0);
+  EXPECT_EQ(v.ToDouble(0, 1), 9007199254740994.0);
+  TarnBigInteger w((uint64_t(1) << 53) + 3); // tie, odd below: rounds up
+  EXPECT_EQ(w.ToDouble(0, 0), 9007199254740996.0);
+  // An exact integer is raised one unit by a positive sticky.
+  EXPECT_EQ(TarnBigInteger(1).ToDouble(0, 1), 1.0 + std::ldexp(1.0, -52));
+  EXPECT_EQ(TarnBigInteger(1).ToDouble(0, 0), 1.0);
+  EXPECT_EQ(TarnBigInteger().ToDouble(5, 1), 0.0);
+  // All ones carry into the next power of two.
+  EXPECT_EQ(TarnBigInteger(~uint64_t(0)).ToDouble(0, 0), 18446744073709551616.0);
+}
+
+TEST(TarnBigInteger, ToDoubleMatchesCorrectlyRoundedConversion) {
+  std::mt19937_64 rng(12);
+  for (int i = 0; i < 20000; ++i) {
+    const u128 n = Random128(rng);
+    const int e2 = int(rng() % 400) - 200;
+    TarnBigInteger v(Dec128(n).c_str());
+    // The compiler's unsigned __int128 -> double rounds to nearest even,
+    // and scaling by a power of two is exact in the normal range.
+    EXPECT_EQ(v.ToDouble(e2, 0), std::ldexp(static_cast<double>(n), e2)) << Dec128(n) << " e2=" << e2;
+  }
+}
+
+TEST(TarnBigInteger, ToDoubleHandlesTheExtremes) {
+  TarnBigInteger one(1);
+  EXPECT_EQ(one.ToDouble(1023, 0), std::ldexp(1.0, 1023));
+  EXPECT_EQ(one.ToDouble(1024, 0), std::numeric_limits<double>::infinity());
+  TarnBigInteger maxMant((uint64_t(1) << 53) - 1);
+  EXPECT_EQ(maxMant.ToDouble(971, 0), std::numeric_limits<double>::max());
+  EXPECT_EQ(maxMant.ToDouble(972, 0), std::numeric_limits<double>::infinity());
+  EXPECT_EQ(one.ToDouble(1 << 20, 0), std::numeric_limits<double>::infinity());
+  // Subnormals: exact ones, half the smallest (rounds up), and below.
+  EXPECT_EQ(one.ToDouble(-1074, 0), Bits(1));
+  EXPECT_EQ(TarnBigInteger(3).ToDouble(-1074, 0), Bits(3));
+  EXPECT_EQ(one.ToDouble(-1022, 0), std::numeric_limits<double>::min());
+  EXPECT_EQ(one.ToDouble(-1075, 0), Bits(1));
+  EXPECT_EQ(one.ToDouble(-1076, 0), 0.0);
+  EXPECT_EQ(one.ToDouble(-5000, 0), 0.0);
+  TarnBigInteger big(1);
+  big.Pow2Mult(5000);
+  EXPECT_EQ(big.ToDouble(-5000 - 1074, 0), Bits(1));
+  EXPECT_EQ(big.ToDouble(-4000, 0), std::ldexp(1.0, 1000));
+}
+
+// Dump ----------------------------------------------------------------------
+
+TEST(TarnBigInteger, DumpWritesOneTableRecord) {
+  testing::internal::CaptureStdout();
+  TarnBigInteger(390625).Dump();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "    {  0, { 0x0005F5E1 } }\n");
+  TarnBigInteger six(1);
+  six.Pow2Mult(5 * 32); // digits 0..5, the top one 1
+  testing::internal::CaptureStdout();
+  six.Dump();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "    {  5, { 0x00000000, 0x00000000, 0x00000000, 0x00000000, 0x00000000,\n"
+            "            0x00000001 } }\n");
+}
