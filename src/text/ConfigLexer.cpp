@@ -5,7 +5,8 @@
 // are the six characters of the C isspace test in the "C" locale. Bytes from
 // 0x80 up are accepted only inside string constants and comments. Lines
 // arrive without their line ends, so every line gets its end-of-line token
-// after its last character.
+// after its last character. The scan stops at the NUL byte after each line;
+// a NUL byte met before the line's end is an unknown character.
 //
 //===----------------------------------------------------------------------===//
 #include "ConfigLexer.h"
@@ -38,11 +39,29 @@ public:
     const std::size_t count = lines_.LineCount();
     // A string constant continued over a line end advances index_ itself.
     for (index_ = 0; index_ < count; ++index_)
-      LexLine(lines_.Line(index_));
+      LexLine(StartLine(index_));
   }
 
 private:
   std::size_t LineNumber() const { return index_ + 1; }
+
+  /// Makes line `index` the current one and returns its first character.
+  const char* StartLine(std::size_t index) {
+    const ConfigLine line = lines_.Line(index);
+    lineEnd_ = line.end;
+    return line.begin;
+  }
+
+  /// At a NUL byte: true when it is the one after the line, false when the
+  /// line itself holds it (which is an error).
+  bool AtLineEnd(const char* p) const { return p == lineEnd_; }
+
+  [[noreturn]] void ThrowUnknown() const {
+    ThrowConfigSyntaxError(
+        kBadCharacterCode,
+        ZEL_MESSAGE("Unknown token in the configuration file %s (line %zu)", name_.c_str(),
+                    LineNumber()));
+  }
 
   void Push(ConfigTokenType type, std::string_view text, std::size_t line) {
     out_.tokens.push_back(ConfigToken{type, text, line});
@@ -51,7 +70,7 @@ private:
   void LexLine(const char* p) {
     for (;;) {
       const char c = *p;
-      if (c == '\0' || c == '#')
+      if (c == '#' || (c == '\0' && AtLineEnd(p)))
         break;
       const std::size_t line = LineNumber();
       switch (c) {
@@ -75,10 +94,7 @@ private:
       } else if (IsDigit(c) || c == '+' || c == '-' || c == '.') {
         p = ScanNumber(p);
       } else {
-        ThrowConfigSyntaxError(
-            kBadCharacterCode,
-            ZEL_MESSAGE("Unknown token in the configuration file %s (line %zu)", name_.c_str(),
-                        line));
+        ThrowUnknown();
       }
     }
     Push(ConfigTokenType::EndOfLine, {}, LineNumber());
@@ -145,22 +161,30 @@ private:
       Push(ConfigTokenType::String, std::string_view(start, p - start), line);
       return p + 1;
     }
-    if (*p == '\0')
+    if (*p == '\0') {
+      if (!AtLineEnd(p))
+        ThrowUnknown();
       ThrowUnterminated();
+    }
 
     std::string decoded(start, p - start);
     for (;;) {
       const char c = *p;
       if (c == quote)
         break;
-      if (c == '\0')
+      if (c == '\0') {
+        if (!AtLineEnd(p))
+          ThrowUnknown();
         ThrowUnterminated();
+      }
       if (c != '\\') {
         decoded += c;
         ++p;
         continue;
       }
       const char escaped = p[1];
+      if (escaped == '\0' && !AtLineEnd(p + 1))
+        ThrowUnknown();
       if (escaped == '\0') {
         // A backslash ending the line joins the next line to the constant;
         // no line feed is inserted.
@@ -170,7 +194,7 @@ private:
               ZEL_MESSAGE("unterminated string constant at the end of configuration file %s",
                           name_.c_str()));
         ++index_;
-        p = lines_.Line(index_);
+        p = StartLine(index_);
         continue;
       }
       decoded += escaped == 'n' ? '\n' : escaped;
@@ -185,6 +209,7 @@ private:
   const std::string& name_;
   ConfigTokenList& out_;
   std::size_t index_ = 0;
+  const char* lineEnd_ = nullptr;
 };
 
 } // namespace

@@ -2,7 +2,8 @@
 //
 // Turns the lines of a configuration file into one flat token list. The
 // lexer sees the file only line by line, as the whole-file line loader hands
-// it out: line ends are gone, and a NUL byte ends a line's text.
+// it out: line ends are gone, and each line is followed by a NUL byte. A NUL
+// byte inside a line is not a character of the format.
 //
 //===----------------------------------------------------------------------===//
 #ifndef TARNUTILITIES_SRC_TEXT_CONFIGLEXER_H
@@ -15,12 +16,18 @@
 
 namespace ZEL_detail {
 
-/// Lines of text, each NUL-terminated, addressed by a 0-based index.
+/// The characters of one line: [begin, end), with a NUL byte at *end.
+struct ConfigLine {
+  const char* begin;
+  const char* end;
+};
+
+/// Lines of text addressed by a 0-based index.
 class ConfigLineSource {
 public:
   virtual ~ConfigLineSource() = default;
   virtual std::size_t LineCount() const = 0;
-  virtual const char* Line(std::size_t index) const = 0;
+  virtual ConfigLine Line(std::size_t index) const = 0;
 };
 
 /// Appends the tokens of every line of `lines` to `out`, each line followed

@@ -12,9 +12,9 @@
 #include "ConfigSyntaxError.h"
 
 #include "TarnUtilities/logging/ZEL_Message.h"
+#include "TarnUtilities/text/TarnFormatUtil.h"
 
 #include <charconv>
-#include <cstdlib>
 #include <cstring>
 
 namespace ZEL_detail {
@@ -35,7 +35,8 @@ double DecimalToDouble(std::string_view text) {
     large.assign(text);
     terminated = large.c_str();
   }
-  return std::strtod(terminated, nullptr);
+  const char* end = nullptr;
+  return TarnFormatUtil::str_to_double(terminated, &end);
 }
 
 } // namespace

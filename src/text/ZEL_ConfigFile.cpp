@@ -12,20 +12,39 @@
 #include "TarnUtilities/logging/ZEL_Failure.h"
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "TarnUtilities/system/TextLinesParser.h"
-#include "TarnUtilities/text/TarnUtfUtil.h"
+#include "TarnUtilities/text/TarnStringUtil.h"
 
+#include <cstring>
 #include <functional>
 #include <utility>
 
 namespace {
 const char* const kConfigHeader = "[%T|%n|%P|libzel_util|ZEL_ConfigFile] ";
 
-/// Hands the lines of the whole-file loader to the lexer.
+/// Hands the lines of the whole-file loader to the lexer, with their true
+/// ends, so that NUL bytes inside a line are seen as such.
 class LoadedLines : public ZEL_detail::ConfigLineSource {
 public:
   explicit LoadedLines(const TextLinesParser& lines) : lines_(lines) {}
-  std::size_t LineCount() const override { return lines_.GetNumberOfLines(); }
-  const char* Line(std::size_t index) const override { return lines_.GetLine(index); }
+  std::size_t LineCount() const override { return lines_.GetNumLines(); }
+
+  ZEL_detail::ConfigLine Line(std::size_t index) const override {
+    // The loader splits in place: a line runs up to the NUL that replaced
+    // its line end, and a two-character line end leaves its second
+    // character just before the next line. The last line ends with the text.
+    const char* begin = lines_.GetLine(index);
+    const char* end;
+    if (index + 1 < lines_.GetNumLines()) {
+      end = lines_.GetLine(index + 1) - 1;
+      if (end > begin && *end != '\0')
+        --end;
+    } else {
+      end = lines_.GetLine(0) + lines_.GetTextLength();
+    }
+    if (end < begin || *end != '\0')
+      end = begin + std::strlen(begin); // not the layout above: trust the terminator
+    return {begin, end};
+  }
 
 private:
   const TextLinesParser& lines_;
@@ -75,10 +94,13 @@ void ZEL_ConfigFile::LoadFile(const char16_t* fileName) {
 }
 
 void ZEL_ConfigFile::LoadFile(const std::u16string& fileName) {
-  const std::string name = TarnUtfUtil::wide_to_utf8(fileName);
+  LoadFile(TarnStringUtil::wide_to_utf8(fileName));
+}
+
+void ZEL_ConfigFile::LoadFile(const std::string& name) {
   TextLinesParser lines;
   std::string errorText;
-  if (!lines.LoadTextFromFile(fileName.c_str(), errorText))
+  if (!lines.LoadTextFromFile(name.c_str(), errorText))
     throw ZEL_Failure(ZEL_Code("145331040507"),
                       ZEL_MESSAGE("Could not open the configuration file %s for "
                                   "reading.\nSystem error message: %s",
@@ -87,13 +109,9 @@ void ZEL_ConfigFile::LoadFile(const std::u16string& fileName) {
   ParseLines(lines, name, *this);
 }
 
-void ZEL_ConfigFile::LoadFile(const std::string& utf8FileName) {
-  LoadFile(TarnUtfUtil::utf8_to_wide(utf8FileName));
-}
-
-void ZEL_ConfigFile::LoadText(const std::string& text, const std::string& sourceName) {
+void ZEL_ConfigFile::LoadText(const char* text, const std::string& sourceName) {
   TextLinesParser lines;
-  lines.AssignCopyOf(text.c_str());
+  lines.AssignCopyOf(text);
   ParseLines(lines, sourceName, *this);
 }
 

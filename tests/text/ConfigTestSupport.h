@@ -9,6 +9,7 @@
 #define TARNUTILITIES_TESTS_TEXT_CONFIGTESTSUPPORT_H
 
 #include "TarnUtilities/logging/ZEL_Failure.h"
+#include "TarnUtilities/text/TarnStringUtil.h"
 #include "TarnUtilities/text/ZEL_ConfigFile.h"
 
 #include <gtest/gtest.h>
@@ -71,7 +72,7 @@ struct LoadError {
 inline LoadError LoadAndCatch(ZEL_ConfigFile& config, const std::string& text) {
   LoadError error;
   try {
-    config.LoadText(text, "t.cfg");
+    config.LoadText(text.c_str(), "t.cfg");
   } catch (const ZEL_Failure& failure) {
     error.thrown = true;
     error.message = failure.GetMessage();
@@ -96,7 +97,7 @@ public:
   }
   ~ScratchFile() { std::remove(path_.c_str()); }
   const std::string& path() const { return path_; }
-  std::u16string widePath() const { return std::u16string(path_.begin(), path_.end()); }
+  std::u16string widePath() const { return TarnStringUtil::utf8_to_wide(path_); }
 
 private:
   std::string path_;

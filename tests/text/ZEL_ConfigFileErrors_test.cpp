@@ -180,7 +180,7 @@ TEST(ZEL_ConfigFileErrors, NestingIsBounded) {
     return "a = " + std::string(depth, '[') + std::string(depth, ']') + "\n";
   };
   ZEL_ConfigFile config;
-  config.LoadText(nested(256), "t.cfg");
+  config.LoadText(nested(256).c_str(), "t.cfg");
   const ZEL_ConfigFileItem* item = &config["a"];
   for (int level = 1; level < 256; ++level)
     item = &(*item)[0];

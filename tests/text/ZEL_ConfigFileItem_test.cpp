@@ -17,7 +17,7 @@ const char* const kItemHeader = "[%T|%n|%P|libzel_util|ZEL_ConfigFileItem] ";
 
 ZEL_ConfigFile Load(const std::string& text) {
   ZEL_ConfigFile config;
-  config.LoadText(text, "t.cfg");
+  config.LoadText(text.c_str(), "t.cfg");
   return config;
 }
 

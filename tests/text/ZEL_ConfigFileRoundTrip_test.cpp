@@ -230,7 +230,7 @@ TEST(ZEL_ConfigFileRoundTrip, GeneratedFilesLoadToTheirModelAndSurvivePrinting) 
     const std::string text = generator.File(1 + seed % 25, model);
 
     ZEL_ConfigFile loaded;
-    ASSERT_NO_THROW(loaded.LoadText(text, "generated.cfg")) << text;
+    ASSERT_NO_THROW(loaded.LoadText(text.c_str(), "generated.cfg")) << text;
     ASSERT_EQ(loaded.size(), model.size()) << text;
     for (std::size_t i = 0; i < model.size(); ++i) {
       ASSERT_EQ(loaded.GetKeys()[i], model[i].first);
@@ -239,7 +239,7 @@ TEST(ZEL_ConfigFileRoundTrip, GeneratedFilesLoadToTheirModelAndSurvivePrinting) 
 
     const std::string printed = Printed(loaded);
     ZEL_ConfigFile reloaded;
-    ASSERT_NO_THROW(reloaded.LoadText(printed, "printed.cfg")) << printed;
+    ASSERT_NO_THROW(reloaded.LoadText(printed.c_str(), "printed.cfg")) << printed;
     ASSERT_TRUE(DeepEqual(loaded, reloaded)) << text << "\n----\n" << printed;
     ASSERT_EQ(Printed(reloaded), printed);
   }

@@ -17,7 +17,7 @@ using config_test::ScratchFile;
 namespace {
 ZEL_ConfigFile Load(const std::string& text) {
   ZEL_ConfigFile config;
-  config.LoadText(text, "t.cfg");
+  config.LoadText(text.c_str(), "t.cfg");
   return config;
 }
 
@@ -285,4 +285,66 @@ TEST(ZEL_ConfigFile, MissingFileThrows) {
   }
   EXPECT_THROW(config.LoadFile(static_cast<const char16_t*>(nullptr)), ZEL_Failure);
   EXPECT_EQ(config.size(), 0u);
+}
+
+TEST(ZEL_ConfigFile, NonAsciiFileNamesAppearAsUtf8) {
+  ScratchFile file("konfig_\xc3\xa9_\xe2\x82\xac.cfg", "a = 1\nb\n");
+  EXPECT_EQ(file.widePath().size(), file.path().size() - 3); // two- and three-byte letters
+  try {
+    ZEL_ConfigFile config(file.widePath());
+    FAIL() << "no failure";
+  } catch (const ZEL_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(),
+              "Missing = character in line 2 of configuration file " + file.path());
+  }
+}
+
+TEST(ZEL_ConfigFile, EveryLineEndFormWorks) {
+  for (const char* end : {"\n", "\r\n", "\r", "\n\r"}) {
+    SCOPED_TRACE(::testing::PrintToString(end));
+    const std::string e = end;
+    ScratchFile file("config_line_ends.cfg", "a = 'x\\" + e + "y'" + e + e + "b = [1," + e +
+                                                 "2]" + e + "c = 1 2" + e);
+    ZEL_ConfigFile config;
+    try {
+      config.LoadFile(file.path());
+      FAIL() << "no failure";
+    } catch (const ZEL_Failure& failure) {
+      EXPECT_EQ(failure.GetMessage(), "expected newline after definition of c in line 6 of "
+                                      "configuration file " + file.path());
+    }
+    EXPECT_EQ(config["a"].GetText(), "xy");
+    EXPECT_EQ(config["b"].length(), 2u);
+  }
+}
+
+// A NUL byte is no character of the format, wherever it stands outside a
+// comment; the line loader keeps it, so only files can hold one.
+TEST(ZEL_ConfigFile, NulBytesAreUnknownTokens) {
+  struct Case { std::string text; int line; };
+  using namespace std::string_literals;
+  const Case cases[] = {
+      {"a = 1\0\n"s, 1},          {"\0"s, 1},
+      {"a\0 = 1"s, 1},            {"a = 1\nb = 'x\0y'\n"s, 2},
+      {"a = 'x\\\0'"s, 1},       {"a = \"x\0"s, 1},
+      {"a = 1\r\n\0"s, 2},       {"a = 1\n\r\0\r\n"s, 2},
+      {"a = 1\n\nb = 2\0"s, 3}, {"a = [1,\n\0]"s, 2},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(::testing::PrintToString(c.text));
+    ScratchFile file("config_nul.cfg", c.text);
+    try {
+      ZEL_ConfigFile config;
+      config.LoadFile(file.path());
+      ADD_FAILURE() << "no failure";
+    } catch (const ZEL_Failure& failure) {
+      EXPECT_EQ(failure.GetMessage(), "Unknown token in the configuration file " + file.path() +
+                                          " (line " + std::to_string(c.line) + ")");
+      EXPECT_EQ(failure.GetCode().GetCode(), "145613040507");
+    }
+  }
+  ScratchFile comment("config_nul_comment.cfg", "a = 1 # c\0mment\n"s);
+  ZEL_ConfigFile config;
+  config.LoadFile(comment.path());
+  EXPECT_EQ(config["a"].AsInteger(), 1);
 }

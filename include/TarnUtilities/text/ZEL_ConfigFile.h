@@ -58,12 +58,13 @@ public:
   /// before a syntax error stay in the object. A null name reads as empty.
   void LoadFile(const std::u16string& fileName);
   void LoadFile(const char16_t* fileName);
-  /// The same for a UTF-8 file name.
+  /// The same for a UTF-8 file name, used as it is.
   void LoadFile(const std::string& utf8FileName);
-  /// Parses a text held in memory as if it were the contents of a file named
-  /// `sourceName`, which is the name shown in messages.
+  /// Parses a zero-terminated text held in memory as if it were the contents
+  /// of a file named `sourceName`, which is the name shown in messages. A
+  /// null text is empty.
   ///   LoadText("a = 1\nb = [2, x]\n", "inline") => keys a, b
-  void LoadText(const std::string& text, const std::string& sourceName);
+  void LoadText(const char* text, const std::string& sourceName);
   /// @}
 
   /// @name Look-up
