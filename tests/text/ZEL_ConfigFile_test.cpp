@@ -348,3 +348,22 @@ TEST(ZEL_ConfigFile, NulBytesAreUnknownTokens) {
   config.LoadFile(comment.path());
   EXPECT_EQ(config["a"].AsInteger(), 1);
 }
+
+TEST(ZEL_ConfigFile, ExampleFileLoadsAndReloadsFromItsPrintout) {
+  ZEL_ConfigFile config;
+  config.LoadFile(std::string(TARN_SOURCE_DIR) + "/examples/data/optimisation.cfg");
+  EXPECT_EQ(config.GetKeys().front(), "job_name");
+  EXPECT_EQ(config["max_iterations"].AsInteger(), 200);
+  EXPECT_EQ(config["convergence_tol"].AsDouble(), 1.0e-6);
+  EXPECT_EQ(config["result_directory"].GetText(), "results\\run_07");
+  EXPECT_EQ(config["description"].GetText(),
+            "Minimum mass of the outer wing box under three load cases, with buckling and "
+            "strain limits");
+  EXPECT_EQ(config["design_variables"].length(), 5u);
+  EXPECT_EQ(config["design_variables"][2][0].GetText(), "spar_web");
+  EXPECT_EQ(config["load_cases"][1][2].AsDouble(), -1.0);
+
+  ZEL_ConfigFile reloaded;
+  reloaded.LoadText(Printed(config).c_str(), "printed");
+  EXPECT_TRUE(DeepEqual(config, reloaded));
+}
