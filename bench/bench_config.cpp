@@ -135,7 +135,7 @@ const Files& GetFiles() {
       const std::string key = generator.Key(i);
       // Mostly lists, so that the average definition is about 200 bytes.
       Rendered value = generator.Value(0);
-      while (value.ours.size() < 60)
+      while (value.ours.size() < 75)
         value = generator.Value(0);
       const std::string group = "g" + std::to_string(i / kKeysPerGroup);
       if (i % kKeysPerGroup == 0)

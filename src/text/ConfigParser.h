@@ -43,7 +43,7 @@ private:
   void SetDouble(ZEL_ConfigFileItem& item, const ConfigToken& token) const;
   [[noreturn]] void ThrowUnexpectedEnd(const char* code) const;
 
-  const std::vector<ConfigToken>& tokens_;
+  const std::deque<ConfigToken>& tokens_;
   const std::string& name_;
   ZEL_ConfigFile& config_;
   std::size_t pos_ = 0;

@@ -44,9 +44,10 @@ struct ConfigToken {
 };
 
 /// The tokens of one load, in order, with the decoded string contents they
-/// refer to (a deque, so that views stay valid while it grows).
+/// refer to. Both are deques: views into `decoded` stay valid while it grows,
+/// and a file of millions of tokens never needs one huge reallocation.
 struct ConfigTokenList {
-  std::vector<ConfigToken> tokens;
+  std::deque<ConfigToken> tokens;
   std::deque<std::string> decoded;
 };
 
