@@ -14,6 +14,7 @@
 #include "TarnUtilities/system/TextLinesParser.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 
+#include <cerrno>
 #include <cstring>
 #include <functional>
 #include <utility>
@@ -94,13 +95,21 @@ void ZEL_ConfigFile::LoadFile(const char16_t* fileName) {
 }
 
 void ZEL_ConfigFile::LoadFile(const std::u16string& fileName) {
-  LoadFile(TarnStringUtil::wide_to_utf8(fileName));
+  std::string name = TarnStringUtil::wide_to_utf8(fileName);
+  if (fileName.find(u'\0') != std::u16string::npos)
+    name.push_back('\0'); // converted up to the zero; keep it refused below
+  LoadFile(name);
 }
 
 void ZEL_ConfigFile::LoadFile(const std::string& name) {
   TextLinesParser lines;
   std::string errorText;
-  if (!lines.LoadTextFromFile(name.c_str(), errorText))
+  // A name with a zero inside names no file: refuse it rather than open the
+  // file named by the part before the zero.
+  const bool hasZero = name.find('\0') != std::string::npos;
+  if (hasZero)
+    errorText = std::strerror(EINVAL);
+  if (hasZero || !lines.LoadTextFromFile(name.c_str(), errorText))
     throw ZEL_Failure(ZEL_Code("145331040507"),
                       ZEL_MESSAGE("Could not open the configuration file %s for "
                                   "reading.\nSystem error message: %s",

@@ -287,6 +287,28 @@ TEST(ZEL_ConfigFile, MissingFileThrows) {
   EXPECT_EQ(config.size(), 0u);
 }
 
+TEST(ZEL_ConfigFile, NameWithAZeroInsideIsRefused) {
+  ScratchFile file("config_zero_name.cfg", "a = 1\n");
+  const std::string cut = file.path() + std::string(1, '\0') + "more";
+  const std::string expected = "Could not open the configuration file " + file.path() +
+                               " for reading.\nSystem error message: Invalid argument";
+  ZEL_ConfigFile config;
+  try {
+    config.LoadFile(cut);
+    FAIL() << "no failure";
+  } catch (const ZEL_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(), expected);
+  }
+  std::u16string wide = file.widePath() + u'\0' + u"more";
+  try {
+    config.LoadFile(wide);
+    FAIL() << "no failure";
+  } catch (const ZEL_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(), expected);
+  }
+  EXPECT_EQ(config.size(), 0u);
+}
+
 TEST(ZEL_ConfigFile, NonAsciiFileNamesAppearAsUtf8) {
   ScratchFile file("konfig_\xc3\xa9_\xe2\x82\xac.cfg", "a = 1\nb\n");
   EXPECT_EQ(file.widePath().size(), file.path().size() - 3); // two- and three-byte letters
