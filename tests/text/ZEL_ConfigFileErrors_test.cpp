@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <random>
 #include <set>
 #include <string>
@@ -14,160 +15,150 @@ using config_test::LoadAndCatch;
 namespace {
 const char* const kSyntaxHeader = "[%T|%n|%P|LIBUTIL|TarnStringUtil] ";
 
-struct Case {
-  const char* text;
+/// An expected failure: its exact message, where '#' stands for the line
+/// number of the case, and its code.
+struct Error {
   const char* message;
   const char* code;
 };
 
-void CheckCases(const Case* begin, const Case* end) {
-  for (const Case* c = begin; c != end; ++c) {
-    SCOPED_TRACE(::testing::Message() << "text: \"" << c->text << "\"");
-    const auto error = LoadAndCatch(c->text);
+const Error kUnterminated = {
+    "unterminated string constant in configuration file t.cfg (line #)", "145528040507"};
+const Error kUnterminatedAtEnd = {
+    "unterminated string constant at the end of configuration file t.cfg", "145528040507"};
+const Error kNoDigits = {
+    "no digits in numerical expression of configuration file t.cfg (line #)", "145613040507"};
+const Error kUnknownToken = {"Unknown token in the configuration file t.cfg (line #)",
+                             "145613040507"};
+const Error kNoIdentifier = {
+    "no valid identifier as first token of line # in configuration file t.cfg", "145649040507"};
+const Error kRedefinedA = {"redefinition of variable a in line # of configuration file t.cfg",
+                           "145710040507"};
+const Error kMissingEquals = {"Missing = character in line # of configuration file t.cfg",
+                              "14574004052007"};
+const Error kNewlineAfterA = {
+    "expected newline after definition of a in line # of configuration file t.cfg",
+    "145802040507"};
+const Error kNewlineAfterB = {
+    "expected newline after definition of b in line # of configuration file t.cfg",
+    "145802040507"};
+const Error kUnexpectedEquals = {"unexpected character = in line # of configuration file t.cfg",
+                                 "150155040507"};
+const Error kUnknownType = {"unknown token type in ConfigFile class", "150155040507"};
+const Error kExpectedComma = {"expected character , in line # of configuration file t.cfg",
+                              "150111040507"};
+const Error kEndAtValue = {"unexpected end of configuration file t.cfg", "145900040507"};
+const Error kEndAfterItem = {"unexpected end of configuration file t.cfg", "145950040507"};
+const Error kEndAfterComma = {"unexpected end of configuration file t.cfg", "145920040507"};
+
+struct Case {
+  const char* text;
+  Error error;
+  int line;
+};
+
+void CheckCases(std::initializer_list<Case> cases) {
+  for (const Case& c : cases) {
+    SCOPED_TRACE(::testing::Message() << "text: \"" << c.text << "\"");
+    std::string message = c.error.message;
+    const std::size_t hash = message.find('#');
+    if (hash != std::string::npos)
+      message.replace(hash, 1, std::to_string(c.line));
+    const auto error = LoadAndCatch(c.text);
     ASSERT_TRUE(error.thrown);
-    EXPECT_EQ(error.message, c->message);
-    EXPECT_EQ(error.code, c->code);
+    EXPECT_EQ(error.message, message);
+    EXPECT_EQ(error.code, c.error.code);
     EXPECT_EQ(error.header, kSyntaxHeader);
   }
 }
 } // namespace
 
 TEST(ZEL_ConfigFileErrors, LexicalErrors) {
-  const Case cases[] = {
+  CheckCases({
       // Unterminated string constants
-      {"a = \"abc\n", "unterminated string constant in configuration file t.cfg (line 1)",
-       "145528040507"},
-      {"a = 'abc\"\n", "unterminated string constant in configuration file t.cfg (line 1)",
-       "145528040507"},
-      {"a = 1\n\nb = 'x\\'", "unterminated string constant in configuration file t.cfg (line 3)",
-       "145528040507"},
-      {"a = 'ab\\\ncd\n", "unterminated string constant in configuration file t.cfg (line 2)",
-       "145528040507"},
-      {"a = 'ab\\", "unterminated string constant at the end of configuration file t.cfg",
-       "145528040507"},
-      {"a = 'ab\\\ncd\\", "unterminated string constant at the end of configuration file t.cfg",
-       "145528040507"},
+      {"a = \"abc\n", kUnterminated, 1},
+      {"a = 'abc\"\n", kUnterminated, 1},
+      {"a = 1\n\nb = 'x\\'", kUnterminated, 3},
+      {"a = 'ab\\\ncd\n", kUnterminated, 2},
+      {"a = 'ab\\", kUnterminatedAtEnd, 0},
+      {"a = 'ab\\\ncd\\", kUnterminatedAtEnd, 0},
       // Numbers without digits
-      {"a = +", "no digits in numerical expression of configuration file t.cfg (line 1)",
-       "145613040507"},
-      {"a = -x", "no digits in numerical expression of configuration file t.cfg (line 1)",
-       "145613040507"},
-      {"a = .", "no digits in numerical expression of configuration file t.cfg (line 1)",
-       "145613040507"},
-      {"a = +.e5", "no digits in numerical expression of configuration file t.cfg (line 1)",
-       "145613040507"},
-      {"\na = 1e", "no digits in numerical expression of configuration file t.cfg (line 2)",
-       "145613040507"},
-      {"a = 1e+", "no digits in numerical expression of configuration file t.cfg (line 1)",
-       "145613040507"},
-      {"a = 2.5E-x", "no digits in numerical expression of configuration file t.cfg (line 1)",
-       "145613040507"},
-      {"a = [1, 2, -]", "no digits in numerical expression of configuration file t.cfg (line 1)",
-       "145613040507"},
+      {"a = +", kNoDigits, 1},
+      {"a = -x", kNoDigits, 1},
+      {"a = .", kNoDigits, 1},
+      {"a = +.e5", kNoDigits, 1},
+      {"\na = 1e", kNoDigits, 2},
+      {"a = 1e+", kNoDigits, 1},
+      {"a = 2.5E-x", kNoDigits, 1},
+      {"a = [1, 2, -]", kNoDigits, 1},
       // Characters that start no token
-      {"\n\na = $\n", "Unknown token in the configuration file t.cfg (line 3)", "145613040507"},
-      {"a = 1;", "Unknown token in the configuration file t.cfg (line 1)", "145613040507"},
-      {"a = {1}", "Unknown token in the configuration file t.cfg (line 1)", "145613040507"},
-      {"a = \xc3\xa9", "Unknown token in the configuration file t.cfg (line 1)", "145613040507"},
-      {"a = \x01", "Unknown token in the configuration file t.cfg (line 1)", "145613040507"},
-      {"caf\xc3\xa9 = 1", "Unknown token in the configuration file t.cfg (line 1)",
-       "145613040507"},
+      {"\n\na = $\n", kUnknownToken, 3},
+      {"a = 1;", kUnknownToken, 1},
+      {"a = {1}", kUnknownToken, 1},
+      {"a : 1", kUnknownToken, 1},
+      {"a = \xc3\xa9", kUnknownToken, 1},
+      {"a = \x01", kUnknownToken, 1},
+      {"caf\xc3\xa9 = 1", kUnknownToken, 1},
       // A lexical error anywhere wins over a syntax error earlier in the file.
-      {"1 = 2\nb = @", "Unknown token in the configuration file t.cfg (line 2)", "145613040507"},
-  };
-  CheckCases(std::begin(cases), std::end(cases));
+      {"1 = 2\nb = @", kUnknownToken, 2},
+  });
 }
 
 TEST(ZEL_ConfigFileErrors, DefinitionErrors) {
-  const Case cases[] = {
-      {"1 = 2", "no valid identifier as first token of line 1 in configuration file t.cfg",
-       "145649040507"},
-      {"\n\n= 2", "no valid identifier as first token of line 3 in configuration file t.cfg",
-       "145649040507"},
-      {"'a' = 1", "no valid identifier as first token of line 1 in configuration file t.cfg",
-       "145649040507"},
-      {"a = 1\n[b] = 1",
-       "no valid identifier as first token of line 2 in configuration file t.cfg",
-       "145649040507"},
-      {"a = 1\nb = 2\na = 3", "redefinition of variable a in line 3 of configuration file t.cfg",
-       "145710040507"},
-      {"a = 1\na", "redefinition of variable a in line 2 of configuration file t.cfg",
-       "145710040507"},
-      {"a 1", "Missing = character in line 1 of configuration file t.cfg", "14574004052007"},
-      {"a\nb = 1", "Missing = character in line 1 of configuration file t.cfg", "14574004052007"},
-      {"x = 0\n\nabc", "Missing = character in line 3 of configuration file t.cfg",
-       "14574004052007"},
-      {"a : 1", "Unknown token in the configuration file t.cfg (line 1)", "145613040507"},
-      {"a = 1 2",
-       "expected newline after definition of a in line 1 of configuration file t.cfg",
-       "145802040507"},
-      {"a = x y",
-       "expected newline after definition of a in line 1 of configuration file t.cfg",
-       "145802040507"},
-      {"a = [1]\nb = [2] [3]",
-       "expected newline after definition of b in line 2 of configuration file t.cfg",
-       "145802040507"},
-      {"a = 1.5.3",
-       "expected newline after definition of a in line 1 of configuration file t.cfg",
-       "145802040507"},
-      {"a = 1 = 2",
-       "expected newline after definition of a in line 1 of configuration file t.cfg",
-       "145802040507"},
-      {"a = 1e5e",
-       "expected newline after definition of a in line 1 of configuration file t.cfg",
-       "145802040507"},
-      {"a = 'x''y'",
-       "expected newline after definition of a in line 1 of configuration file t.cfg",
-       "145802040507"},
-  };
-  CheckCases(std::begin(cases), std::end(cases));
+  CheckCases({
+      {"1 = 2", kNoIdentifier, 1},
+      {"\n\n= 2", kNoIdentifier, 3},
+      {"'a' = 1", kNoIdentifier, 1},
+      {"a = 1\n[b] = 1", kNoIdentifier, 2},
+      {"a = 1\nb = 2\na = 3", kRedefinedA, 3},
+      {"a = 1\na", kRedefinedA, 2}, // redefinition is found before the missing "="
+      {"a 1", kMissingEquals, 1},
+      {"a\nb = 1", kMissingEquals, 1},
+      {"x = 0\n\nabc", kMissingEquals, 3},
+      {"a = 1 2", kNewlineAfterA, 1},
+      {"a = x y", kNewlineAfterA, 1},
+      {"a = [1]\nb = [2] [3]", kNewlineAfterB, 2},
+      {"a = 1.5.3", kNewlineAfterA, 1},
+      {"a = 1 = 2", kNewlineAfterA, 1},
+      {"a = 1e5e", kNewlineAfterA, 1},
+      {"a = 'x''y'", kNewlineAfterA, 1},
+  });
 }
 
 TEST(ZEL_ConfigFileErrors, ValueErrors) {
-  const Case cases[] = {
-      {"a = = 1", "unexpected character = in line 1 of configuration file t.cfg",
-       "150155040507"},
-      {"a = [1,\n=]", "unexpected character = in line 2 of configuration file t.cfg",
-       "150155040507"},
-      {"a =", "unknown token type in ConfigFile class", "150155040507"},
-      {"a = ]", "unknown token type in ConfigFile class", "150155040507"},
-      {"a = ,", "unknown token type in ConfigFile class", "150155040507"},
-      {"a = [,]", "unknown token type in ConfigFile class", "150155040507"},
-      {"a = [1,]", "unknown token type in ConfigFile class", "150155040507"},
-      {"a = [1,,2]", "unknown token type in ConfigFile class", "150155040507"},
-      {"a = [1 2]", "expected character , in line 1 of configuration file t.cfg",
-       "150111040507"},
-      {"a = [1,\n2\n3]", "expected character , in line 3 of configuration file t.cfg",
-       "150111040507"},
-      {"a = [[1] [2]]", "expected character , in line 1 of configuration file t.cfg",
-       "150111040507"},
-      {"a = [1 = 2]", "expected character , in line 1 of configuration file t.cfg",
-       "150111040507"},
+  CheckCases({
+      {"a = = 1", kUnexpectedEquals, 1},
+      {"a = [1,\n=]", kUnexpectedEquals, 2},
+      {"a =", kUnknownType, 0},
+      {"a = ]", kUnknownType, 0},
+      {"a = ,", kUnknownType, 0},
+      {"a = [,]", kUnknownType, 0},
+      {"a = [1,]", kUnknownType, 0},
+      {"a = [1,,2]", kUnknownType, 0},
+      {"a = [1 2]", kExpectedComma, 1},
+      {"a = [1,\n2\n3]", kExpectedComma, 3},
+      {"a = [[1] [2]]", kExpectedComma, 1},
+      {"a = [1 = 2]", kExpectedComma, 1},
       // Unbalanced brackets: three places where the tokens can run out
-      {"a = [", "unexpected end of configuration file t.cfg", "145900040507"},
-      {"a = [\n\n", "unexpected end of configuration file t.cfg", "145900040507"},
-      {"a = [1", "unexpected end of configuration file t.cfg", "145950040507"},
-      {"a = [[1], [2]\n\n", "unexpected end of configuration file t.cfg", "145950040507"},
-      {"a = [1,", "unexpected end of configuration file t.cfg", "145920040507"},
-      {"a = [1,\n", "unexpected end of configuration file t.cfg", "145920040507"},
-  };
-  CheckCases(std::begin(cases), std::end(cases));
+      {"a = [", kEndAtValue, 0},
+      {"a = [\n\n", kEndAtValue, 0},
+      {"a = [1", kEndAfterItem, 0},
+      {"a = [[1], [2]\n\n", kEndAfterItem, 0},
+      {"a = [1,", kEndAfterComma, 0},
+      {"a = [1,\n", kEndAfterComma, 0},
+  });
 }
 
 TEST(ZEL_ConfigFileErrors, IntegerOverflowFails) {
-  const Case cases[] = {
-      {"a = 2147483648",
-       "integer constant 2147483648 out of range in line 1 of configuration file t.cfg",
-       "150230040507"},
-      {"a = 1\nb = [0, -2147483649]",
-       "integer constant -2147483649 out of range in line 2 of configuration file t.cfg",
-       "150230040507"},
-      {"a = +99999999999999999999999",
-       "integer constant +99999999999999999999999 out of range in line 1 of configuration "
-       "file t.cfg",
-       "150230040507"},
+  auto outOfRange = [](const char* text) -> Error {
+    static std::string message; // lives until the case is checked
+    message = std::string("integer constant ") + text +
+              " out of range in line # of configuration file t.cfg";
+    return {message.c_str(), "150230040507"};
   };
-  CheckCases(std::begin(cases), std::end(cases));
+  CheckCases({{"a = 2147483648", outOfRange("2147483648"), 1}});
+  CheckCases({{"a = 1\nb = [0, -2147483649]", outOfRange("-2147483649"), 2}});
+  CheckCases({{"a = +99999999999999999999999", outOfRange("+99999999999999999999999"), 1}});
   // Written as a double, the same value is fine.
   ZEL_ConfigFile config;
   config.LoadText("a = 2147483648.0\nb = 00000000000000000000000000000042\n", "t.cfg");
