@@ -13,10 +13,11 @@
 // The flat file is measured too when TARN_BENCH_LIBCONFIG_FLAT=1 is set
 // (one iteration; slow).
 // Throughput is MB/s of each library's own file. The summary printed last
-// gives the ratio of the medians (peer time / our time; above 1 means we
-// are faster).
+// gives the ratios of the medians, peer / ours (above 1 means we are faster).
 //
 //===----------------------------------------------------------------------===//
+#include "RatioReporter.h"
+
 #include "TarnUtilities/text/ZEL_ConfigFile.h"
 
 #include <benchmark/benchmark.h>
@@ -29,7 +30,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -226,41 +226,6 @@ BENCHMARK(BM_Load_Libconfig)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_LookupAll_Libconfig)->Unit(benchmark::kMillisecond)->UseRealTime();
 #endif
 
-/// The console output, plus a closing summary of peer/our median ratios.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      const bool single = run.run_type == Run::RT_Iteration;
-      if (single || run.aggregate_name == "median")
-        times_[run.run_name.function_name] = run.GetAdjustedRealTime();
-    }
-  }
-
-  void Finalize() override {
-    ConsoleReporter::Finalize();
-    for (const char* task : {"Load", "LookupAll"}) {
-      const auto ours = times_.find(std::string("BM_") + task + "_Tarn");
-      const auto theirs = times_.find(std::string("BM_") + task + "_Libconfig");
-      if (ours != times_.end() && theirs != times_.end())
-        std::printf("%-10s libconfig++ / ZEL_ConfigFile time ratio: %.2f\n", task,
-                    theirs->second / ours->second);
-    }
-    const Files& files = GetFiles();
-    const auto flat = times_.find("BM_LoadFlat_Libconfig");
-    const auto ours = times_.find("BM_Load_Tarn");
-    if (flat != times_.end() && ours != times_.end())
-      std::printf("LoadFlat   libconfig++ / ZEL_ConfigFile time ratio: %.2f\n",
-                  flat->second / ours->second);
-    std::printf("files: ours %.1f MB, libconfig %.1f MB, %d keys\n", files.oursBytes / 1e6,
-                files.theirsBytes / 1e6, kKeys);
-  }
-
-private:
-  std::map<std::string, double> times_;
-};
-
 } // namespace
 
 int main(int argc, char** argv) {
@@ -274,10 +239,15 @@ int main(int argc, char** argv) {
         ->UseRealTime()
         ->Iterations(1);
 #endif
-  RatioReporter reporter;
+  tarnbench::RatioReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
+  reporter.PrintRatios({{"BM_Load_Libconfig", "BM_Load_Tarn"},
+                        {"BM_LookupAll_Libconfig", "BM_LookupAll_Tarn"},
+                        {"BM_LoadFlat_Libconfig", "BM_Load_Tarn"}});
   benchmark::Shutdown();
   const Files& files = GetFiles();
+  std::printf("files: ours %.1f MB, libconfig %.1f MB, %d keys\n", files.oursBytes / 1e6,
+              files.theirsBytes / 1e6, kKeys);
   std::remove(files.ours.c_str());
   std::remove(files.theirs.c_str());
   std::remove(files.theirsFlat.c_str());

@@ -20,6 +20,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
@@ -29,6 +30,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -105,6 +107,36 @@ void BM_FloorReadAndMemchr(benchmark::State& state) {
   }
 }
 
+// The floor again, with the buffer mapped on transparent huge pages as
+// TextLinesParser maps its own: the cost of reading alone, without the page
+// faults of a buffer of small pages.
+void BM_FloorHugePages(benchmark::State& state) {
+  constexpr std::size_t kHuge = std::size_t(2) << 20;
+  for (auto _ : state) {
+    const int fd = ::open(g_textFile.c_str(), O_RDONLY);
+    struct stat info {};
+    ::fstat(fd, &info);
+    const std::size_t size = static_cast<std::size_t>(info.st_size);
+    void* map = ::mmap(nullptr, size + 1 + kHuge, PROT_READ | PROT_WRITE,
+                       MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    char* buffer = reinterpret_cast<char*>(
+        (reinterpret_cast<std::uintptr_t>(map) + kHuge - 1) & ~std::uintptr_t(kHuge - 1));
+    ::madvise(buffer, size + 1, MADV_HUGEPAGE);
+    if (::read(fd, buffer, size) != static_cast<ssize_t>(size))
+      state.SkipWithError("read failed");
+    ::close(fd);
+    std::size_t ends = 0;
+    const char* p = buffer;
+    const char* const end = p + size;
+    while (const void* found = std::memchr(p, '\n', static_cast<std::size_t>(end - p))) {
+      ++ends;
+      p = static_cast<const char*>(found) + 1;
+    }
+    benchmark::DoNotOptimize(ends);
+    ::munmap(map, size + 1 + kHuge);
+  }
+}
+
 void BM_FileCopy(benchmark::State& state) {
   const std::u16string source = TarnStringUtil::utf8_to_wide(g_textFile);
   const std::u16string target = TarnStringUtil::utf8_to_wide(g_copyTarget);
@@ -124,6 +156,7 @@ BENCHMARK(BM_LoadTextFromFile)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_LoadTextFromFile_Reload)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_GetlineIntoVector)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_FloorReadAndMemchr)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_FloorHugePages)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_FileCopy)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_StdFilesystemCopyFile)->Unit(benchmark::kMillisecond)->UseRealTime();
 
@@ -172,6 +205,8 @@ int main(int argc, char** argv) {
   reporter.PrintRatio("LoadTextFromFile / getline (target <= 0.33)", "BM_LoadTextFromFile",
                       "BM_GetlineIntoVector");
   reporter.PrintRatio("Reload / floor", "BM_LoadTextFromFile_Reload", "BM_FloorReadAndMemchr");
+  reporter.PrintRatio("LoadTextFromFile / floor on huge pages", "BM_LoadTextFromFile",
+                      "BM_FloorHugePages");
   reporter.PrintRatio("FileCopy / copy_file (target <= 1.3)", "BM_FileCopy",
                       "BM_StdFilesystemCopyFile");
 

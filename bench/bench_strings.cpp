@@ -5,7 +5,8 @@
 // of several separators, SplitLine against find_first_of), and
 // TarnStringUtil::ToInt against std::from_chars and strtol. Every program
 // prints, after the usual table, the ratio of each peer's median time to
-// ours (above 1 means we are faster).
+// ours (above 1 means we are faster). CPU time is compared: on a shared
+// machine the wall-clock time also counts the waits for a core.
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/text/TarnStringTokenizer.h"
@@ -202,7 +203,7 @@ BENCHMARK(BM_Strtol);
 
 // ---------------------------------------------------------------- ratios
 
-// Keeps the median (or, without repetitions, the single) real time of each
+// Keeps the median (or, without repetitions, the single) CPU time of each
 // benchmark while printing the usual table.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
@@ -211,7 +212,7 @@ public:
     for (const Run& run : runs) {
       const bool median = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
       if (median || run.run_type == Run::RT_Iteration)
-        times_[run.run_name.function_name] = run.GetAdjustedRealTime();
+        times_[run.run_name.function_name] = run.GetAdjustedCPUTime();
     }
   }
 

@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/deps.sh
 tarn_install_deps
-cmake -S . -B build/release -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTARN_BUILD_TESTS=OFF -DTARN_BUILD_BENCH=OFF
-cmake --build build/release -j"$(nproc)" --target tarn_example
+cmake -S . -B build/example -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTARN_BUILD_TESTS=OFF -DTARN_BUILD_BENCH=OFF
+cmake --build build/example -j"$(nproc)" --target tarn_example
 mkdir -p build/example-run
-./build/release/examples/tarn_example examples/data build/example-run
+./build/example/examples/tarn_example examples/data build/example-run

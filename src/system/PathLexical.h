@@ -84,7 +84,8 @@ template <typename C> void AddSeparator(std::basic_string<C>& s) {
     s.push_back(C('/'));
 }
 
-/// The absolute form of path against base (an absolute directory), with
+/// The absolute form of path against base (an absolute directory as the
+/// system names it), with
 /// "." and ".." removed lexically, components joined by '/'. A trailing
 /// separator of path is kept. ".." at the root stays at the root.
 ///   ("a/./b/../c", "/w") => "/w/a/c",  ("/x//y/", "/w") => "/x/y/",
@@ -95,11 +96,14 @@ std::basic_string<C> AbsolutePath(const std::basic_string<C>& path,
   using String = std::basic_string<C>;
   const bool absolute = !path.empty() && IsSeparator(path.front());
   std::vector<String> parts;
-  auto addComponents = [&parts](const String& text) {
+  // The base comes from the system, where '\\' is an ordinary character of a
+  // name; only path is taken apart at both separators.
+  auto addComponents = [&parts](const String& text, bool bothSeparators) {
     std::size_t i = 0;
     while (i < text.size()) {
       std::size_t j = i;
-      while (j < text.size() && !IsSeparator(text[j]))
+      while (j < text.size() &&
+             !(bothSeparators ? IsSeparator(text[j]) : text[j] == C('/')))
         ++j;
       String part = text.substr(i, j - i);
       if (part == String(1, C('.')) || part.empty()) {
@@ -114,8 +118,8 @@ std::basic_string<C> AbsolutePath(const std::basic_string<C>& path,
     }
   };
   if (!absolute)
-    addComponents(base);
-  addComponents(path);
+    addComponents(base, false);
+  addComponents(path, true);
   String out;
   for (const String& part : parts) {
     out.push_back(C('/'));

@@ -188,10 +188,14 @@ bool TarnFileUtil::RenameFile(const std::u16string& source, const std::u16string
 }
 
 std::u16string TarnFileUtil::GetCwd() {
-  std::u16string dir;
-  TarnFileNameUtil::normalize_path(std::u16string(u"."), dir);
-  // normalize_path gives "" when the directory cannot be read.
-  return dir;
+  std::string buffer(4096, '\0');
+  for (;;) {
+    if (::getcwd(&buffer[0], buffer.size()) != nullptr)
+      return TarnStringUtil::utf8_to_wide(buffer.c_str());
+    if (errno != ERANGE || buffer.size() > (std::size_t(1) << 24))
+      return std::u16string();
+    buffer.resize(buffer.size() * 2);
+  }
 }
 
 std::u16string TarnFileUtil::GetFullPathNameW(const std::u16string& name) {

@@ -88,10 +88,6 @@ std::uint64_t ToBits(double d) {
   return bits;
 }
 
-} // namespace
-
-namespace {
-
 // Converts w <= 2^53 exactly; going through int64_t lets the compiler use one
 // signed conversion instruction instead of the unsigned sequence.
 inline double AsDouble(std::uint64_t w) { return static_cast<double>(static_cast<std::int64_t>(w)); }
@@ -125,8 +121,9 @@ bool EiselLemire(std::uint64_t w, std::int64_t q, std::uint64_t& bits) {
   w <<= lz;
   const Pow5Significand& t = kPow5Table[q - kMinPow5];
   // P = w * T (192 bits); (hi, lo) are its top 128 bits. The exact product
-  // w * 5^q * 2^-t(q) lies in [P, P + 2^64) when T is cut, and equals P when
-  // T is exact (0 <= q <= 27 here: then T fits in hi and lo is zero).
+  // w * 5^q * 2^-t(q) lies in [P, P + 2^64) when T is cut. For 0 <= q <= 27,
+  // 5^q < 2^63 is held exactly in t.hi (t.lo is zero), so w * t.hi is the
+  // exact product: ties and exact values are then known as such.
   U128 first = static_cast<U128>(w) * t.hi;
   std::uint64_t hi = static_cast<std::uint64_t>(first >> 64);
   std::uint64_t lo = static_cast<std::uint64_t>(first);

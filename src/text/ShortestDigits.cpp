@@ -10,7 +10,9 @@
 // The digits are therefore exactly those of the big-number path; the bounds
 // grow tenfold per digit and stay below 2^60 units of 2^-124, so the fallback
 // is taken only for values within about 2^-64 of a decision boundary --
-// exact ties among them.
+// exact ties among them. Values of moderate exponent whose digits end
+// exactly (1.5, 12345.0) are such cases; they are decided exactly on 128-bit
+// integers before big numbers are needed.
 //
 //===----------------------------------------------------------------------===//
 #include "ShortestDigitsInternal.h"
@@ -141,8 +143,12 @@ bool ShortestDigits128(const BinaryValue& v, DecimalDigits& out) {
     ++k;
   }
 
+  // A double needs at most 17 digits, so the bounds stay below
+  // 4 * 10^18 < 2^64 and fit one 64-bit word.
+  if (errR > 4)
+    return false;
   int n = 0;
-  u128 eR = errR, eM = errM;
+  uint64_t eR = static_cast<uint64_t>(errR), eM = static_cast<uint64_t>(errM);
   for (;;) {
     r *= 10;
     const int d = static_cast<int>(r >> kFracBits);
@@ -159,7 +165,7 @@ bool ShortestDigits128(const BinaryValue& v, DecimalDigits& out) {
       return false;
     if (tc1 == Certain::False && tc2 == Certain::False) {
       out.digits[n++] = char('0' + d);
-      if (n >= 20)
+      if (n >= 17)
         return false;
       continue;
     }
@@ -174,6 +180,78 @@ bool ShortestDigits128(const BinaryValue& v, DecimalDigits& out) {
     } else if (tc2 == Certain::True) {
       last = d + 1;
     }
+    out.digits[n++] = char('0' + last);
+    break;
+  }
+  out.count = n;
+  out.exponent = k - 1;
+  return true;
+}
+
+/// Bit length of a 128-bit value (0 for 0).
+int BitLength128(u128 x) {
+  const uint64_t hi = static_cast<uint64_t>(x >> 64);
+  return hi ? 64 + BitLength64(hi) : (x ? BitLength64(static_cast<uint64_t>(x)) : 0);
+}
+
+/// Multiplies x by 10^n when the product stays below 2^120; false otherwise.
+bool MulPow10(u128& x, int n) {
+  u128 p = 1;
+  for (int i = 0; i < n; ++i)
+    p *= 10;
+  if (n > 36 || BitLength128(x) + BitLength128(p) > 120)
+    return false;
+  x *= p;
+  return true;
+}
+
+/// Runs the generator exactly on 128-bit integers r, s, m+, m-: possible for
+/// values of moderate exponent, whose digits often end exactly (1.5, 12345.0)
+/// where the fixed-point path cannot decide. False when the values do not fit.
+bool ShortestDigitsExact128(const BinaryValue& v, DecimalDigits& out) {
+  const int shift = v.lowerCloser ? 2 : 1;
+  u128 r, s, mp, mm;
+  if (v.e >= 0) {
+    if (v.e > 60)
+      return false;
+    r = u128(v.f) << (v.e + shift);
+    s = u128(1) << shift;
+    mp = u128(1) << (v.e + shift - 1);
+    mm = u128(1) << v.e;
+  } else {
+    if (shift - v.e > 110)
+      return false;
+    r = u128(v.f) << shift;
+    s = u128(1) << (shift - v.e);
+    mp = u128(1) << (shift - 1);
+    mm = 1;
+  }
+  int k = EstimateK(v);
+  if (k >= 0) {
+    if (!MulPow10(s, k))
+      return false;
+  } else if (!MulPow10(r, -k) || !MulPow10(mp, -k) || !MulPow10(mm, -k)) {
+    return false;
+  }
+  if (v.acceptBounds ? r + mp >= s : r + mp > s) {
+    if (!MulPow10(s, 1))
+      return false;
+    ++k;
+  }
+  int n = 0;
+  for (;;) {
+    r *= 10;
+    const int d = static_cast<int>(r / s);
+    r %= s;
+    mm *= 10;
+    mp = v.lowerCloser ? mp * 10 : mm;
+    const bool tc1 = v.acceptBounds ? r <= mm : r < mm;
+    const bool tc2 = v.acceptBounds ? r + mp >= s : r + mp > s;
+    if (!tc1 && !tc2) {
+      out.digits[n++] = char('0' + d);
+      continue;
+    }
+    const int last = (tc1 && tc2) ? (2 * r < s ? d : d + 1) : (tc2 ? d + 1 : d);
     out.digits[n++] = char('0' + last);
     break;
   }
@@ -223,7 +301,7 @@ BinaryValue DecomposeFloat(float x) {
 }
 
 void ShortestDigits(const BinaryValue& v, DecimalDigits& out) {
-  if (!ShortestDigits128(v, out))
+  if (!ShortestDigits128(v, out) && !ShortestDigitsExact128(v, out))
     ShortestDigitsBignum(v, out);
 }
 

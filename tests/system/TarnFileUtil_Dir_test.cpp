@@ -54,6 +54,17 @@ TEST(TarnFileUtilDir, ReadDirListsFilesAndDirectoriesWithoutDots) {
   EXPECT_NE(std::find(wide.begin(), wide.end(), u"\u00e9t\u00e9.csv"), wide.end());
 }
 
+TEST(TarnFileUtilDir, NamesThatAreNotUtf8ListAsLatin1) {
+  TempDir dir;
+  WriteFile(dir / "\xFF\xE9.txt", "x");
+  std::list<std::string> names;
+  EXPECT_EQ(TarnFileUtil::ReadDir(dir.path(), names), STATUS_OK);
+  EXPECT_THAT(names, ElementsAre("\xFF\xE9.txt"));
+  std::list<std::u16string> wide;
+  EXPECT_EQ(TarnFileUtil::ReadDir(W(dir.path()), wide), STATUS_OK);
+  EXPECT_THAT(wide, ElementsAre(u"\u00FF\u00E9.txt"));
+}
+
 TEST(TarnFileUtilDir, ReadDirOfAnEmptyDirectoryIsEmpty) {
   TempDir dir;
   std::list<std::string> names = {"stale"};

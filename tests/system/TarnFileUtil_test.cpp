@@ -318,6 +318,15 @@ TEST(TarnFileUtil, CwdAndFullPathName) {
   EXPECT_EQ(TarnFileUtil::GetFullPathNameW(u""), u"");
 }
 
+TEST(TarnFileUtil, BackslashInTheCurrentDirectoryIsPartOfItsName) {
+  TempDir dir;
+  ::mkdir((dir / "a\\b").c_str(), 0755);
+  tarn_test::ScopedCwd cwd(dir / "a\\b");
+  EXPECT_EQ(TarnFileUtil::GetCwd(), dir.Wide("a\\b"));
+  // In the name given, '\\' separates; in the directory it does not.
+  EXPECT_EQ(TarnFileUtil::GetFullPathNameW(u"x\\y"), dir.Wide("a\\b/x/y"));
+}
+
 TEST(TarnFileUtil, CwdThatNoLongerExistsGivesEmptyNames) {
   TempDir dir;
   ::mkdir((dir / "gone").c_str(), 0755);

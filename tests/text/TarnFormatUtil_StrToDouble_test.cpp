@@ -7,8 +7,8 @@
 // expansion of a long double, and the midpoint between two adjacent doubles
 // is exactly a long double (54 significant bits).
 //
-// Set the environment variable TARN_LONG_TESTS (or build with the macro of
-// that name) for runs a hundred times longer.
+// Configure with TARN_LONG_TESTS=ON, or set the environment variable
+// TARN_LONG_TESTS=1, for runs a hundred times longer.
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/text/TarnFormatUtil.h"

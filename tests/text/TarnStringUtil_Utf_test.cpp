@@ -100,26 +100,6 @@ TEST(TarnStringUtilUtf, EveryScalarValueMatchesIconvAndRoundTrips) {
   EXPECT_TRUE(TarnUtfUtil::is_valid_utf8(utf8));
 }
 
-TEST(TarnStringUtilUtf, EachScalarValueRoundTripsAlone) {
-  // One conversion per value catches state carried between sequences that
-  // the single long string above could hide.
-  for (char32_t cp = 1; cp <= 0x10FFFF; cp += (cp < 0x800 ? 1 : 97)) {
-    if (cp >= 0xD800 && cp <= 0xDFFF)
-      continue;
-    std::u16string w;
-    if (cp < 0x10000) {
-      w.push_back(static_cast<char16_t>(cp));
-    } else {
-      w.push_back(static_cast<char16_t>(0xD800 + ((cp - 0x10000) >> 10)));
-      w.push_back(static_cast<char16_t>(0xDC00 + ((cp - 0x10000) & 0x3FF)));
-    }
-    const std::string utf8 = TarnStringUtil::wide_to_utf8(w);
-    const std::size_t expectedLen = cp < 0x80 ? 1 : cp < 0x800 ? 2 : cp < 0x10000 ? 3 : 4;
-    ASSERT_EQ(utf8.size(), expectedLen) << "U+" << std::hex << cp;
-    ASSERT_EQ(TarnStringUtil::utf8_to_wide(utf8), w) << "U+" << std::hex << cp;
-  }
-}
-
 TEST(TarnStringUtilUtf, BoundaryValuesDecode) {
   struct Case { const char* utf8; std::u16string wide; };
   const Case cases[] = {

@@ -26,11 +26,11 @@
 #define TARNUTILITIES_SYSTEM_TEXTLINESPARSER_H
 
 #include "TarnUtilities/Export.h"
+#include "TarnUtilities/system/detail/LargeBuffer.h"
 
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 
 class TARN_API TextLinesParser {
@@ -62,7 +62,7 @@ public:
   /// (checked only by an assertion in debug builds).
   const char* GetLine(std::size_t i) const {
     assert(i < numLines_ && "line index out of range");
-    return lines_[i];
+    return LineTable()[i];
   }
 
   /// The number of lines (0 for an empty object).
@@ -85,13 +85,14 @@ private:
   void AdoptText(const char* text, std::uint64_t length);
   // Splits the held text into lines.
   void Split();
+  char* Text() const { return static_cast<char*>(text_.data()); }
+  char** LineTable() const { return static_cast<char**>(lines_.data()); }
 
-  std::unique_ptr<char[]> text_;
+  TarnSystemDetail::LargeBuffer text_;  // textLength_ + 1 bytes
   std::uint64_t textLength_ = 0;
   std::uint64_t numLines_ = 0;
   std::uint64_t longestLine_ = 0;
-  std::unique_ptr<char*[]> lines_;
-  std::uint64_t linesCapacity_ = 0;
+  TarnSystemDetail::LargeBuffer lines_;  // one pointer per line
 };
 
 #endif // TARNUTILITIES_SYSTEM_TEXTLINESPARSER_H

@@ -35,6 +35,8 @@
 #include <utility>
 #include <vector>
 
+class FloatingPointFormatter;
+
 class TARN_API TarnStringUtil {
 public:
   TarnStringUtil() = delete;
@@ -219,6 +221,19 @@ public:
   /// Unsigned decimal.
   static std::string String(unsigned int v);
   static std::string String(std::uint64_t v);
+  /// Free format of a process-wide default FloatingPointFormatter, created
+  /// once on first use (safe from any thread).   0.1 => "0.1", 1e5 => "1.0e+5"
+  static std::string String(double v);
+  /// Free format of the given formatter (its switches apply).
+  static std::string String(double v, const FloatingPointFormatter& formatter);
+  /// The most precise text of v in at most len characters, no padding.
+  ///   (3.14159265, 6) => "3.1416"
+  static std::string String(double v, std::size_t len, const FloatingPointFormatter& formatter);
+  /// A right-aligned field of exactly len characters (blank padded); with
+  /// fortranExponent the exponent is written "E+05" instead of "e+5".
+  ///   (1.5, 6, false) => "   1.5",  (1.5e-7, 8, true) => " 1.5E-07"
+  static std::string ToFixedFormat(double v, std::size_t len, const FloatingPointFormatter& formatter,
+                                   bool fortranExponent);
   /// Each value in signed decimal followed by one space.   {1, -2} => "1 -2 "
   static std::string String(const std::list<int>& values);
   /// As the list form over p[0..n); a null p or n = 0 gives "".

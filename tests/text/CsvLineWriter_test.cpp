@@ -1,0 +1,495 @@
+//===- CsvLineWriter_test.cpp - One CSV line in a fixed buffer --------------===//
+#include "TarnUtilities/text/CsvLineWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+const double kNaN = std::numeric_limits<double>::quiet_NaN();
+const double kInf = std::numeric_limits<double>::infinity();
+
+// The message of the std::runtime_error that `append` throws, or "" if none.
+std::string FailureOf(const std::function<void()>& append) {
+  try {
+    append();
+  } catch (const std::runtime_error& e) {
+    return e.what();
+  }
+  return "";
+}
+
+std::uint64_t Bits(double x) {
+  std::uint64_t bits;
+  std::memcpy(&bits, &x, sizeof bits);
+  return bits;
+}
+
+// A finite double with random bits: every exponent and mantissa shape.
+double RandomFiniteDouble(std::mt19937_64& rng) {
+  for (;;) {
+    const std::uint64_t bits = rng();
+    double x;
+    std::memcpy(&x, &bits, sizeof x);
+    if (std::isfinite(x))
+      return x;
+  }
+}
+
+// Reads a token back with the C library, independent of the formatter.
+double ReadBack(const std::string& token) {
+  char* end = nullptr;
+  const double x = std::strtod(token.c_str(), &end);
+  EXPECT_EQ(*end, '\0') << "unparsed rest in '" << token << "'";
+  return x;
+}
+
+} // namespace
+
+TEST(CsvLineWriter, StartsEmptyWithTheFlagSet) {
+  CsvLineWriter line(100, ";");
+  EXPECT_TRUE(line.IsEmpty());
+  EXPECT_EQ(line.GetCurrentLen(), 0u);
+  EXPECT_EQ(line.GetNumTokens(), 0u);
+  EXPECT_STREQ(line.GetLine(), "");
+  EXPECT_STREQ(line.GetSeparator(), ";");
+  EXPECT_TRUE(line.GetInfNanFlag());
+  EXPECT_EQ(line.GetCapacity(), 100u);
+}
+
+TEST(CsvLineWriter, SeparatesValuesOfEveryKind) {
+  CsvLineWriter line(200, ";");
+  line.AppendValue("a");
+  line.AppendValue(1);
+  line.AppendValue(2);
+  EXPECT_STREQ(line.GetLine(), "a;1;2");
+  EXPECT_EQ(line.GetNumTokens(), 3u);
+
+  line.AppendValue(std::string("str"));
+  line.AppendValue('c');
+  line.AppendValue(-2147483647 - 1);
+  line.AppendValue(0.1);
+  line.AppendValue(-0.0);
+  EXPECT_STREQ(line.GetLine(), "a;1;2;str;c;-2147483648;0.1;-0.0");
+  EXPECT_EQ(line.GetNumTokens(), 8u);
+  EXPECT_EQ(line.GetCurrentLen(), std::strlen(line.GetLine()));
+}
+
+TEST(CsvLineWriter, EmptyFirstTokensGetNoSeparatorAfterThem) {
+  CsvLineWriter line(50, ",");
+  line.AppendValue("");
+  line.AppendValue(7);
+  EXPECT_STREQ(line.GetLine(), "7");
+  EXPECT_EQ(line.GetNumTokens(), 2u);
+
+  line.Clear();
+  line.AppendValue(std::string());
+  line.AppendValue(static_cast<const char*>(nullptr));
+  line.AppendValue("x");
+  line.AppendValue("");
+  line.AppendValue("y");
+  EXPECT_STREQ(line.GetLine(), "x,,y");
+  EXPECT_EQ(line.GetNumTokens(), 5u);
+}
+
+TEST(CsvLineWriter, ZeroCharactersDoNotEndTheLineEarly) {
+  CsvLineWriter line(50, ",");
+  line.AppendValue('\0');
+  line.AppendValue(std::string("ab\0cd", 5));
+  line.SetSeparator('\0');
+  line.AppendValue('z');
+  EXPECT_STREQ(line.GetLine(), "abz");
+  EXPECT_EQ(line.GetCurrentLen(), 3u);
+  EXPECT_EQ(line.GetNumTokens(), 3u);
+}
+
+TEST(CsvLineWriter, FreeFormatDoublesAreTheShortestText) {
+  struct Case {
+    double value;
+    const char* text;
+  };
+  const Case cases[] = {{0.0, "0.0"},         {-0.0, "-0.0"},       {1000.0, "1000.0"},
+                        {12345.0, "12345.0"}, {100000.0, "1.0e+5"}, {0.1, "0.1"},
+                        {0.0001, "0.0001"},   {0.00001, "1.0e-5"},  {0.015, "0.015"},
+                        {0.0015, "1.5e-3"},   {1.5, "1.5"},         {-2.5e-300, "-2.5e-300"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    CsvLineWriter line(40, ",");
+    line.AppendValue(c.value);
+    EXPECT_STREQ(line.GetLine(), c.text);
+    EXPECT_EQ(line.GetNumTokens(), 1u);
+  }
+}
+
+TEST(CsvLineWriter, ExponentSwitchesReachTheFormatter) {
+  CsvLineWriter line(100, ",");
+  const int pos = line.GetPosExpFmtSwitch();
+  const int neg = line.GetNegExpFmtSwitch();
+  EXPECT_EQ(pos, 4);
+  EXPECT_EQ(neg, 2);
+  line.SetPosExpFmtSwitch(8);
+  line.SetNegExpFmtSwitch(6);
+  EXPECT_EQ(line.GetPosExpFmtSwitch(), 8);
+  EXPECT_EQ(line.GetNegExpFmtSwitch(), 6);
+  line.AppendValue(100000.0);
+  line.AppendValue(0.0000015);
+  EXPECT_STREQ(line.GetLine(), "100000.0,0.0000015");
+}
+
+TEST(CsvLineWriter, FreeFormatRoundTripsEveryDouble) {
+  std::mt19937_64 rng(2024);
+  CsvLineWriter line(30 * 200, ",");
+  std::vector<double> written;
+  for (int i = 0; i < 200; ++i) {
+    written.push_back(RandomFiniteDouble(rng));
+    line.AppendValue(written.back());
+  }
+  const std::vector<double> extremes = {std::numeric_limits<double>::max(),
+                                        std::numeric_limits<double>::min(),
+                                        std::numeric_limits<double>::denorm_min(),
+                                        -std::numeric_limits<double>::denorm_min(),
+                                        -2.2250738585072014e-308,
+                                        9007199254740993.0};
+  for (double x : extremes) {
+    written.push_back(x);
+    line.AppendValue(x);
+  }
+  ASSERT_EQ(line.GetNumTokens(), written.size());
+  for (std::size_t i = 0; i < written.size(); ++i) {
+    const std::string token = line.GetLineTokens(static_cast<int>(i), static_cast<int>(i));
+    SCOPED_TRACE(token);
+    EXPECT_EQ(Bits(ReadBack(token)), Bits(written[i]));
+  }
+}
+
+// Integers need 11 free characters, doubles 25, whatever their own length.
+TEST(CsvLineWriter, NumbersNeedAFixedMinimumRoom) {
+  {
+    CsvLineWriter line(10, ",");
+    EXPECT_EQ(FailureOf([&] { line.AppendValue(1); }),
+              "Out of space in the buffer while printing an integer.");
+    EXPECT_TRUE(line.IsEmpty());
+    EXPECT_EQ(line.GetNumTokens(), 0u);
+  }
+  {
+    CsvLineWriter line(11, ",");
+    line.AppendValue(-2147483647 - 1);
+    EXPECT_STREQ(line.GetLine(), "-2147483648");
+  }
+  {
+    CsvLineWriter line(24, ",");
+    EXPECT_EQ(FailureOf([&] { line.AppendValue(1.0); }),
+              "Out of space in the buffer while printing a double in free format.");
+  }
+  {
+    CsvLineWriter line(25, ",");
+    line.AppendValue(-2.2250738585072014e-308);
+    EXPECT_STREQ(line.GetLine(), "-2.2250738585072014e-308");
+  }
+  // Filling up a line: each integer is accepted exactly while 11 characters
+  // remain after the separator.
+  for (std::size_t capacity = 0; capacity < 60; ++capacity) {
+    SCOPED_TRACE(capacity);
+    CsvLineWriter line(capacity, ", ");
+    for (;;) {
+      const std::size_t before = line.GetCurrentLen();
+      const std::size_t roomAfterSeparator =
+          capacity - std::min(capacity, before + (before ? 2 : 0));
+      const std::string failure = FailureOf([&] { line.AppendValue(5); });
+      if (roomAfterSeparator >= 11) {
+        ASSERT_EQ(failure, "");
+      } else {
+        ASSERT_EQ(failure, "Out of space in the buffer while printing an integer.");
+        break;
+      }
+    }
+    EXPECT_LE(line.GetCurrentLen(), capacity);
+    EXPECT_EQ(std::strlen(line.GetLine()), line.GetCurrentLen());
+  }
+}
+
+TEST(CsvLineWriter, EveryAppendHasItsOwnOutOfSpaceMessage) {
+  struct Case {
+    const char* name;
+    std::function<void(CsvLineWriter&)> append;
+    const char* message;
+  };
+  const std::vector<Case> cases = {
+      {"string", [](CsvLineWriter& l) { l.AppendValue(std::string("abc")); },
+       "Out of space in the buffer while adding a string."},
+      {"c string", [](CsvLineWriter& l) { l.AppendValue("abc"); },
+       "Out of space in the buffer while adding a string."},
+      {"char", [](CsvLineWriter& l) { l.AppendValue('c'); },
+       "Out of space in the buffer while adding a character."},
+      {"int", [](CsvLineWriter& l) { l.AppendValue(1); },
+       "Out of space in the buffer while printing an integer."},
+      {"double", [](CsvLineWriter& l) { l.AppendValue(1.0); },
+       "Out of space in the buffer while printing a double in free format."},
+      {"digits", [](CsvLineWriter& l) { l.AppendValue(1.0, 8); },
+       "Out of space in the buffer while printing a double in fixed-format."},
+      {"rounded", [](CsvLineWriter& l) { l.AppendRoundedValue(1.0, 2); },
+       "Out of space in the buffer while printing a rounded double in fixed-format."},
+      {"scientific", [](CsvLineWriter& l) { l.AppendValueFixedFmt(1.0, 2); },
+       "Out of space in the buffer while printing a double in scientific-format."},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    // Full after "xx": the separator still fits, the value does not.
+    CsvLineWriter line(3, "|");
+    line.AppendValue("xx");
+    EXPECT_EQ(FailureOf([&] { c.append(line); }), c.message);
+    EXPECT_STREQ(line.GetLine(), "xx|");
+    EXPECT_EQ(line.GetNumTokens(), 1u);
+  }
+}
+
+TEST(CsvLineWriter, CutStringsKeepWhatFitted) {
+  CsvLineWriter line(5, ",");
+  line.AppendValue("abc");
+  EXPECT_EQ(FailureOf([&] { line.AppendValue("defg"); }),
+            "Out of space in the buffer while adding a string.");
+  EXPECT_STREQ(line.GetLine(), "abc,d");
+  EXPECT_EQ(line.GetNumTokens(), 1u);
+  // Nothing fits any more, not even a separator.
+  EXPECT_EQ(FailureOf([&] { line.AppendValue('x'); }),
+            "Out of space in the buffer while adding a character.");
+  EXPECT_STREQ(line.GetLine(), "abc,d");
+
+  // A separator that does not fit whole is cut like a string.
+  CsvLineWriter tight(4, ";;");
+  tight.AppendValue("abc");
+  EXPECT_EQ(FailureOf([&] { tight.AppendValue(1); }),
+            "Out of space in the buffer while printing an integer.");
+  EXPECT_STREQ(tight.GetLine(), "abc;");
+}
+
+TEST(CsvLineWriter, NanAndInfAreRefusedWhileTheFlagIsSet) {
+  struct Case {
+    const char* name;
+    std::function<void(CsvLineWriter&, double)> append;
+    const char* nan;
+    const char* inf;
+  };
+  const std::vector<Case> cases = {
+      {"free", [](CsvLineWriter& l, double x) { l.AppendValue(x); },
+       "Attempted to print a NaN-value in free format.",
+       "Attempted to print an Inf-value in free format."},
+      {"digits", [](CsvLineWriter& l, double x) { l.AppendValue(x, 10); },
+       "Attempted to print a NaN-value in fixed format.",
+       "Attempted to print an Inf-value in fixed format."},
+      {"rounded", [](CsvLineWriter& l, double x) { l.AppendRoundedValue(x, 3); },
+       "Attempted to print a NaN-value in fixed format.",
+       "Attempted to print an Inf-value in fixed format."},
+      {"scientific", [](CsvLineWriter& l, double x) { l.AppendValueFixedFmt(x, 3); },
+       "Attempted to print a NaN-value in scientific-format.",
+       "Attempted to print an Inf-value in scientific-format."},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    CsvLineWriter line(100, ",");
+    line.AppendValue(4);
+    EXPECT_EQ(FailureOf([&] { c.append(line, kNaN); }), c.nan);
+    EXPECT_STREQ(line.GetLine(), "4,");
+    EXPECT_EQ(FailureOf([&] { c.append(line, -kInf); }), c.inf);
+    EXPECT_STREQ(line.GetLine(), "4,,");
+    EXPECT_EQ(line.GetNumTokens(), 1u);
+
+    line.Clear();
+    line.SetInfNanFlag(false);
+    EXPECT_FALSE(line.GetInfNanFlag());
+    line.AppendValue(4);
+    c.append(line, kNaN);
+    c.append(line, kInf);
+    c.append(line, -kInf);
+    EXPECT_STREQ(line.GetLine(), "4,NaN,Inf,Inf");
+    EXPECT_EQ(line.GetNumTokens(), 1u); // deliberately not counted
+  }
+}
+
+TEST(CsvLineWriter, FormatsGetTheirLayoutArguments) {
+  struct Case {
+    const char* name;
+    std::function<void(CsvLineWriter&)> append;
+    const char* text;
+  };
+  const std::vector<Case> cases = {
+      // Rounded: fixed notation, exact binary value, trailing zeros trimmed.
+      {"rounded 2.675", [](CsvLineWriter& l) { l.AppendRoundedValue(2.675, 2); }, "2.67"},
+      {"rounded 1.5", [](CsvLineWriter& l) { l.AppendRoundedValue(1.5, 3); }, "1.5"},
+      {"rounded -0.004", [](CsvLineWriter& l) { l.AppendRoundedValue(-0.004, 2); }, "-0"},
+      // Scientific, digits kept.
+      {"scientific", [](CsvLineWriter& l) { l.AppendValueFixedFmt(12345.0, 2); }, "1.23e+4"},
+      {"scientific 1.5", [](CsvLineWriter& l) { l.AppendValueFixedFmt(1.5, 3); }, "1.500e+0"},
+      // Limited length: the field is the digits argument, no padding.
+      {"limited", [](CsvLineWriter& l) { l.AppendValue(3.14159265, 6); }, "3.1416"},
+      {"limited wide", [](CsvLineWriter& l) { l.AppendValue(1.5, 10); }, "1.5"},
+      {"limited exp", [](CsvLineWriter& l) { l.AppendValue(123456789.0, 6); }, "1.2e+8"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    CsvLineWriter line(100, ",");
+    c.append(line);
+    EXPECT_STREQ(line.GetLine(), c.text);
+    EXPECT_EQ(line.GetNumTokens(), 1u);
+  }
+}
+
+TEST(CsvLineWriter, LongNumberTextsNeverPassTheEndOfTheBuffer) {
+  // 3e-30 rounded to 100 places has 102 characters (its binary value has
+  // more than 100 decimals): the 25 characters of the room check are not
+  // enough, and the append must fail without writing past the buffer.
+  {
+    CsvLineWriter small(60, ",");
+    EXPECT_EQ(FailureOf([&] { small.AppendRoundedValue(3e-30, 100); }),
+              "Out of space in the buffer while printing a rounded double in fixed-format.");
+    EXPECT_EQ(FailureOf([&] { small.AppendValueFixedFmt(1.0 / 3.0, 200); }),
+              "Out of space in the buffer while printing a double in scientific-format.");
+    small.SetPosExpFmtSwitch(400);
+    EXPECT_EQ(FailureOf([&] { small.AppendValue(1e300); }),
+              "Out of space in the buffer while printing a double in free format.");
+    EXPECT_STREQ(small.GetLine(), "");
+    EXPECT_EQ(small.GetNumTokens(), 0u);
+    // A wide field shows the shortest digits and no more.
+    EXPECT_EQ(FailureOf([&] { small.AppendValue(1.0 / 3.0, 100); }), "");
+    EXPECT_STREQ(small.GetLine(), "0.3333333333333333");
+  }
+  CsvLineWriter large(2000, ",");
+  large.AppendRoundedValue(3e-30, 100);
+  large.AppendRoundedValue(1e300, 4);
+  large.AppendValueFixedFmt(-1.0 / 3.0, 200);
+  large.SetPosExpFmtSwitch(400);
+  large.AppendValue(1e300);
+  ASSERT_EQ(large.GetNumTokens(), 4u);
+  EXPECT_EQ(large.GetLineTokens(0, 0).size(), 102u);
+  EXPECT_NEAR(ReadBack(large.GetLineTokens(0, 0)), 3e-30, 1e-100);
+  EXPECT_EQ(ReadBack(large.GetLineTokens(1, 1)), 1e300);
+  EXPECT_EQ(ReadBack(large.GetLineTokens(2, 2)), -1.0 / 3.0);
+  EXPECT_EQ(large.GetLineTokens(3, 3), "1" + std::string(300, '0') + ".0");
+  // Random appends into random small lines: the sanitizer build checks the
+  // bounds, the test checks the line stays a proper C string.
+  std::mt19937_64 rng(5);
+  for (int round = 0; round < 400; ++round) {
+    CsvLineWriter line(rng() % 70, (rng() & 1) ? "," : ", ");
+    for (int k = 0; k < 12; ++k) {
+      const double x = RandomFiniteDouble(rng);
+      const int p = static_cast<int>(rng() % 30);
+      try {
+        line.SetPosExpFmtSwitch(static_cast<int>(rng() % 40));
+        line.SetNegExpFmtSwitch(static_cast<int>(rng() % 40));
+        switch (rng() % 6) {
+        case 0:
+          line.AppendValue(x);
+          break;
+        case 1:
+          line.AppendValue(x, p);
+          break;
+        case 2:
+          line.AppendRoundedValue(x, p);
+          break;
+        case 3:
+          line.AppendValueFixedFmt(x, p);
+          break;
+        case 4:
+          line.AppendValue(static_cast<int>(rng()));
+          break;
+        default:
+          line.AppendValue(std::string(rng() % 20, 'q'));
+        }
+      } catch (const std::runtime_error&) {
+      }
+      ASSERT_EQ(std::strlen(line.GetLine()), line.GetCurrentLen());
+    }
+  }
+}
+
+TEST(CsvLineWriter, GetLineTokensCutsBySeparator) {
+  struct Case {
+    const char* line;
+    const char* sep;
+    int first, last;
+    const char* expected;
+  };
+  const Case cases[] = {
+      {"a;b;c;d", ";", 0, 0, "a"},
+      {"a;b;c;d", ";", 1, 2, "b;c"},
+      {"a;b;c;d", ";", 0, 3, "a;b;c;d"},
+      {"a;b;c;d", ";", 3, 3, "d"},
+      {"a;b;c;d", ";", 2, 9, "c;d"},
+      {"a;b;c;d", ";", 4, 5, ""},
+      {"a;b;c;d", ";", 9, 12, ""},
+      {"a;b;c;d", ";", 2, 1, ""},
+      {"a;b;c;d", ";", -3, 0, "a"},
+      {"a;;c", ";", 1, 1, ""},
+      {"a;;c", ";", 1, 2, ";c"},
+      {"1, 2, 3", ", ", 1, 1, "2"},
+      {"1, 2, 3", ", ", 1, 2147483647, "2, 3"},
+      {"x", ";", 0, 2147483647, "x"},
+      {"", ";", 0, 0, ""},
+      {"abc", "", 0, 0, "abc"},
+      {"abc", "", 1, 1, ""},
+      {"a,b;c", ";", 0, 0, "a,b"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.line) + " [" + c.sep + "] " + std::to_string(c.first) + ".." +
+                 std::to_string(c.last));
+    CsvLineWriter line(100, c.sep);
+    line.AppendValue(c.line);
+    EXPECT_EQ(line.GetLineTokens(c.first, c.last), c.expected);
+  }
+}
+
+TEST(CsvLineWriter, SetValueAndSetListStartOver) {
+  CsvLineWriter line(100, ",");
+  line.AppendValue("old");
+  line.SetValue(5);
+  EXPECT_STREQ(line.GetLine(), "5");
+  line.SetValue("s");
+  EXPECT_STREQ(line.GetLine(), "s");
+  line.SetValue(std::string("t"));
+  EXPECT_STREQ(line.GetLine(), "t");
+  line.SetValue('u');
+  EXPECT_STREQ(line.GetLine(), "u");
+  line.SetValue(2.5);
+  EXPECT_STREQ(line.GetLine(), "2.5");
+  line.SetValue(0.25, 8);
+  EXPECT_EQ(ReadBack(line.GetLine()), 0.25);
+  EXPECT_EQ(line.GetNumTokens(), 1u);
+
+  line.SetList(std::vector<int>{1, -2, 3});
+  EXPECT_STREQ(line.GetLine(), "1,-2,3");
+  line.SetList(std::vector<double>{0.5, 1e100});
+  EXPECT_STREQ(line.GetLine(), "0.5,1.0e+100");
+  line.SetList(std::vector<std::string>{"a", "", "c"});
+  EXPECT_STREQ(line.GetLine(), "a,,c");
+  EXPECT_EQ(line.GetNumTokens(), 3u);
+  line.AppendList(std::vector<int>{4});
+  line.AppendList(std::vector<double>{});
+  EXPECT_STREQ(line.GetLine(), "a,,c,4");
+}
+
+TEST(CsvLineWriter, SeparatorCanBeReplaced) {
+  CsvLineWriter line(100, ",");
+  line.AppendValue(1);
+  line.SetSeparator(std::string(" | "));
+  line.AppendValue(2);
+  line.SetSeparator('\t');
+  line.AppendValue(3);
+  line.SetSeparator("");
+  line.AppendValue(4);
+  line.SetSeparator(static_cast<const char*>(nullptr));
+  EXPECT_STREQ(line.GetSeparator(), "");
+  line.SetSeparator(";");
+  EXPECT_STREQ(line.GetSeparator(), ";");
+  line.AppendValue(5);
+  EXPECT_STREQ(line.GetLine(), "1 | 2\t34;5");
+}

@@ -1,0 +1,116 @@
+//===- CsvTestFiles.h - Scratch directories and CSV reading for tests -------===//
+//
+// A fresh directory under the system's temporary directory for each test,
+// removed afterwards, and an independent reader that splits CSV text and
+// parses numbers with strtod, so that tests compare what was written with
+// the C library's reading of it.
+//
+//===----------------------------------------------------------------------===//
+#ifndef TARN_TESTS_TEXT_CSVTESTFILES_H
+#define TARN_TESTS_TEXT_CSVTESTFILES_H
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace csvtest {
+
+/// A scratch directory that lives as long as the object.
+class ScratchDir {
+public:
+  ScratchDir() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "tarn_csv_XXXXXX").string();
+    if (!mkdtemp(pattern.data()))
+      ADD_FAILURE() << "mkdtemp failed";
+    path_ = pattern;
+  }
+  ~ScratchDir() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  ScratchDir(const ScratchDir&) = delete;
+  ScratchDir& operator=(const ScratchDir&) = delete;
+
+  /// The UTF-8 path of `name` inside the directory.
+  std::string File(const std::string& name) const { return (path_ / name).string(); }
+
+private:
+  std::filesystem::path path_;
+};
+
+/// ASCII text as UTF-16 (the scratch paths are ASCII).
+inline std::u16string Wide(const std::string& ascii) {
+  return std::u16string(ascii.begin(), ascii.end());
+}
+
+/// The whole file, or "<missing>" if it cannot be read.
+inline std::string ReadFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in)
+    return "<missing>";
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+inline void WriteFile(const std::string& path, const std::string& text) {
+  std::ofstream(path, std::ios::binary) << text;
+}
+
+/// Lines of a file without their "\n"; a file must end with "\n".
+inline std::vector<std::string> ReadLines(const std::string& path) {
+  const std::string text = ReadFile(path);
+  std::vector<std::string> lines;
+  std::size_t begin = 0;
+  while (begin < text.size()) {
+    const std::size_t end = text.find('\n', begin);
+    if (end == std::string::npos) {
+      ADD_FAILURE() << path << " does not end with a line end";
+      lines.push_back(text.substr(begin));
+      break;
+    }
+    lines.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return lines;
+}
+
+/// The tokens of a line; an empty line has no tokens.
+inline std::vector<std::string> Split(const std::string& line, const std::string& separator) {
+  std::vector<std::string> tokens;
+  if (line.empty())
+    return tokens;
+  std::size_t begin = 0;
+  for (;;) {
+    const std::size_t end = line.find(separator, begin);
+    tokens.push_back(line.substr(begin, end - begin));
+    if (end == std::string::npos)
+      return tokens;
+    begin = end + separator.size();
+  }
+}
+
+/// strtod of a whole token; a token with unparsed characters fails the test.
+inline double ParseDouble(const std::string& token) {
+  char* end = nullptr;
+  const double x = std::strtod(token.c_str(), &end);
+  EXPECT_TRUE(!token.empty() && *end == '\0') << "not a number: '" << token << "'";
+  return x;
+}
+
+inline std::uint64_t Bits(double x) {
+  std::uint64_t bits;
+  std::memcpy(&bits, &x, sizeof bits);
+  return bits;
+}
+
+} // namespace csvtest
+
+#endif // TARN_TESTS_TEXT_CSVTESTFILES_H

@@ -1,0 +1,362 @@
+//===- TarnParFileParser_test.cpp - The word reader on real files -----------===//
+#include "TarnUtilities/logging/ZEL_Failure.h"
+#include "TarnUtilities/text/TarnParFileParser.h"
+#include "text/ParLogCapture.h"
+#include "text/ParTempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using Blocks = TarnParFileParser::BlockList;
+using Block = TarnParFileParser::Block;
+using Dirs = std::vector<std::u16string>;
+
+namespace {
+
+Blocks Read(const std::u16string& file, const std::string& command, const Dirs& dirs = {}) {
+  return TarnParFileParser::ParseParameterFile(file, command, dirs);
+}
+
+// The message of the ZEL_Failure that reading throws, or "no failure".
+std::string FailureOf(const std::u16string& file, const std::string& command,
+                      const Dirs& dirs = {}) {
+  try {
+    Read(file, command, dirs);
+  } catch (const ZEL_Failure& failure) {
+    EXPECT_EQ(failure.GetHeader(), "[%T|%n|%P|TarnUtilities|TarnParFileParser] ");
+    EXPECT_FALSE(failure.GetCode().exists());
+    return failure.GetMessage();
+  }
+  return "no failure";
+}
+
+} // namespace
+
+TEST(TarnParFileParser, ReadsEveryBlockOfTheCommand) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  dir.Write("m.par", "! solver settings\n"
+                     "SOLVER\n"
+                     "Method = Newton   ! the default\n"
+                     "tolerance=1e-6\n"
+                     "END_\n"
+                     "OTHER\n"
+                     "x = 1\n"
+                     "END_\n"
+                     "solver extra words are ignored\n"
+                     "title = \"Second Run\"   \n"
+                     "label = 'Single'\n"
+                     "empty =\n"
+                     "spread = a b  c\t d ! joined\n"
+                     "ends = at!bang\n"
+                     "hash = a#b$c\n"
+                     "END_\n"
+                     "SOLVER_2\n"
+                     "x = 2\n"
+                     "END_\n");
+  EXPECT_EQ(Read(dir.WidePath("m.par"), "Solver"),
+            (Blocks{{{"method", "Newton"}, {"tolerance", "1e-6"}},
+                    {{"title", "\"Second Run\""},
+                     {"label", "'Single'"},
+                     {"empty", ""},
+                     {"spread", "abcd"},
+                     {"ends", "at"},
+                     {"hash", "a#b$c"}}}));
+  EXPECT_EQ(Read(dir.WidePath("m.par"), "solver_2"), (Blocks{{{"x", "2"}}}));
+  EXPECT_THAT(Read(dir.WidePath("m.par"), "absent"), IsEmpty());
+  // An empty command name matches no line, not even a blank one.
+  EXPECT_THAT(Read(dir.WidePath("m.par"), ""), IsEmpty());
+}
+
+TEST(TarnParFileParser, SkipsCommentLinesInsideBlocks) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  dir.Write("m.par", "CMD\n"
+                     "\n"
+                     "   \t\n"
+                     "! bang\n"
+                     "# hash\n"
+                     "$ dollar\n"
+                     "** stars\n"
+                     "   ! indented comment\n"
+                     "com a Fortran-style comment\n"
+                     "C another one\n"
+                     "c = 5\n"
+                     "COM= 6\n"
+                     "END_\n");
+  EXPECT_EQ(Read(dir.WidePath("m.par"), "cmd"), (Blocks{{{"c", "5"}, {"com", "6"}}}));
+}
+
+TEST(TarnParFileParser, EndLines) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  dir.Write("m.par", "CMD\na = 1\nEND_\n"
+                     "cmd\nb = 2\n  end_ trailing words\n"
+                     "CMD\nc = 3\nEND_CMD\n");
+  EXPECT_EQ(Read(dir.WidePath("m.par"), "cmd"), (Blocks{{{"a", "1"}}, {{"b", "2"}}, {{"c", "3"}}}));
+}
+
+TEST(TarnParFileParser, AddsTheDefaultExtension) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  dir.Write("model.par", "CMD\na = par\nEND_\n");
+  EXPECT_EQ(Read(dir.WidePath("model"), "cmd"), (Blocks{{{"a", "par"}}}));
+  // A file without extension that exists is read as named.
+  dir.Write("model", "CMD\na = bare\nEND_\n");
+  EXPECT_EQ(Read(dir.WidePath("model"), "cmd"), (Blocks{{{"a", "bare"}}}));
+}
+
+TEST(TarnParFileParser, MissingFileThrows) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  EXPECT_EQ(FailureOf(dir.WidePath("absent"), "cmd"),
+            "Parameter file \"" + dir.Path("absent.par") + "\" does not exist");
+  EXPECT_EQ(FailureOf(dir.WidePath("absent.txt"), "cmd"),
+            "Parameter file \"" + dir.Path("absent.txt") + "\" does not exist");
+}
+
+TEST(TarnParFileParser, DirectoryCannotBeRead) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  dir.Write("sub.par/x", "");
+  EXPECT_EQ(FailureOf(dir.WidePath("sub.par"), "cmd"),
+            "Error opening parameter file \"" + dir.Path("sub.par") + "\" for reading.");
+}
+
+TEST(TarnParFileParser, SyntaxErrorsInBlocksThrow) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  struct Case {
+    const char* line;
+    const char* messageStart;
+  };
+  const Case cases[] = {
+      {"key value", "'=' expected in line\n    "},
+      {"-x = 1", "'=' expected in line\n    "},
+      {"include, other.par", "'=' expected in line\n    "},
+      {"= 1", "Key expected before '=' in line\n    "},
+      {"key = \"quoted\" tail", "Unexpected symbols found in line\n    "},
+      {"key = 'a' 'b'", "Unexpected symbols found in line\n    "},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.line);
+    dir.Write("m.par", std::string("CMD\nok = 1\n") + c.line + "\nEND_\n");
+    EXPECT_EQ(FailureOf(dir.WidePath("m.par"), "cmd"), std::string(c.messageStart) + c.line +
+                                                           "\n of the parameter file \"" +
+                                                           dir.Path("m.par") + "\".");
+  }
+}
+
+TEST(TarnParFileParser, LongLinesAreQuotedShortInMessages) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  const std::string line = "key " + std::string(20000, 'x');
+  dir.Write("m.par", "CMD\n" + line + "\nEND_\n");
+  EXPECT_EQ(FailureOf(dir.WidePath("m.par"), "cmd"),
+            "'=' expected in line\n    " + line.substr(0, 512) + "...\n of the parameter file \"" +
+                dir.Path("m.par") + "\".");
+}
+
+TEST(TarnParFileParser, MissingEndThrows) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  dir.Write("m.par", "CMD\na = 1\n");
+  EXPECT_EQ(FailureOf(dir.WidePath("m.par"), "cmd"),
+            "End of file reached before END_ command is found in file \"" + dir.Path("m.par") +
+                "\".");
+  // Also in an included file: the message names the included file.
+  dir.Write("main.par", "include, sub.par\nCMD\nEND_\n");
+  dir.Write("sub.par", "CMD\nb = 2\nEND\n");
+  EXPECT_EQ(FailureOf(dir.WidePath("main.par"), "cmd"),
+            "'=' expected in line\n    END\n of the parameter file \"" + dir.Path("sub.par") +
+                "\".");
+  dir.Write("sub.par", "CMD\nb = 2");
+  EXPECT_EQ(FailureOf(dir.WidePath("main.par"), "cmd"),
+            "End of file reached before END_ command is found in file \"" + dir.Path("sub.par") +
+                "\".");
+}
+
+TEST(TarnParFileParser, UnterminatedQuoteGivesAnEmptyValueAndAWarning) {
+  ParTempDir dir;
+  ParLogCapture log;
+  dir.Write("m.par", "CMD\na = \"open\nb = 'x\nEND_\n");
+  EXPECT_EQ(Read(dir.WidePath("m.par"), "cmd"), (Blocks{{{"a", ""}, {"b", ""}}}));
+  const std::string file =
+      " of the parameter file \"" + dir.Path("m.par") + "\". The value is empty.";
+  EXPECT_THAT(log.Messages("WARNING"),
+              ElementsAre("Closing quote missing in line\n    a = \"open\n" + file,
+                          "Closing quote missing in line\n    b = 'x\n" + file));
+}
+
+TEST(TarnParFileParser, IncludesAreReadAtTheirPlace) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  // Included by absolute name, beside the including file, through the
+  // directory list (first match wins), nested, with and without extension.
+  dir.Write("main.par", "CMD\nat = main1\nEND_\n"
+                        "include, " +
+                            dir.Path("abs.par") +
+                            "\n"
+                            "INCLUDE sub/beside\n"
+                            "include ,, \"listed.par\"\n"
+                            "include 'both'\n"
+                            "include, shadow.par\n"
+                            "CMD\nat = main2\nEND_\n");
+  // A file beside the including file wins over the directory list.
+  dir.Write("shadow.par", "CMD\nat = shadow_beside\nEND_\n");
+  dir.Write("inc1/shadow.par", "CMD\nat = shadow_listed\nEND_\n");
+  dir.Write("abs.par", "CMD\nat = abs\nEND_\n");
+  dir.Write("sub/beside.par", "CMD\nat = beside\nEND_\ninclude, nested.par\n");
+  dir.Write("sub/nested.par", "CMD\nat = nested\nEND_\n");
+  dir.Write("inc1/listed.par", "CMD\nat = listed1\nEND_\n");
+  dir.Write("inc2/listed.par", "CMD\nat = listed2\nEND_\n");
+  dir.Write("inc2/both.par", "CMD\nat = both2\nEND_\n");
+  const Dirs dirs = {dir.WidePath("inc1"), dir.WidePath("inc2/")};
+  EXPECT_EQ(Read(dir.WidePath("main.par"), "cmd", dirs), (Blocks{{{"at", "main1"}},
+                                                                 {{"at", "abs"}},
+                                                                 {{"at", "beside"}},
+                                                                 {{"at", "nested"}},
+                                                                 {{"at", "listed1"}},
+                                                                 {{"at", "both2"}},
+                                                                 {{"at", "shadow_beside"}},
+                                                                 {{"at", "main2"}}}));
+}
+
+TEST(TarnParFileParser, IncludeProblemsAreWarnings) {
+  ParTempDir dir;
+  ParLogCapture log;
+  dir.Write("main.par", "include, missing.par\n"
+                        "include\n"
+                        "include, \"unterminated\n"
+                        "includes, x.par\n"
+                        "CMD\na = 1\nEND_\n");
+  EXPECT_EQ(Read(dir.WidePath("main.par"), "cmd"), (Blocks{{{"a", "1"}}}));
+  EXPECT_THAT(log.Messages("WARNING"),
+              ElementsAre("Include file \"missing.par\" not found",
+                          "'include' command syntax error (include)",
+                          "'include' command syntax error (include, \"unterminated)"));
+}
+
+TEST(TarnParFileParser, IncludeCyclesThrow) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  dir.Write("self.par", "CMD\nEND_\ninclude, self.par\n");
+  EXPECT_EQ(FailureOf(dir.WidePath("self.par"), "cmd"),
+            "Parameter file \"" + dir.Path("self.par") + "\" includes itself: \"" +
+                dir.Path("self.par") + "\" -> \"" + dir.Path("self.par") + "\"");
+
+  dir.Write("a.par", "include, b.par\n");
+  dir.Write("b.par", "include, sub/c\n");
+  dir.Write("sub/c.par", "include, ../b.par\n");
+  EXPECT_EQ(FailureOf(dir.WidePath("a.par"), "cmd"),
+            "Parameter file \"" + dir.Path("b.par") + "\" includes itself: \"" + dir.Path("b.par") +
+                "\" -> \"" + dir.Path("sub/c.par") + "\" -> \"" + dir.Path("sub/../b.par") + "\"");
+}
+
+TEST(TarnParFileParser, IncludeDepthIsBounded) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  const int files = TarnParFileParser::kMaxIncludeDepth + 2;
+  for (int i = 0; i < files; ++i)
+    dir.Write("f" + std::to_string(i) + ".par", "include, f" + std::to_string(i + 1) + ".par\n");
+  const std::string deepest =
+      dir.Path("f" + std::to_string(TarnParFileParser::kMaxIncludeDepth + 1) + ".par");
+  EXPECT_EQ(FailureOf(dir.WidePath("f0.par"), "cmd"),
+            "Parameter file \"" + deepest + "\" is included more than 64 levels deep.");
+  // Exactly the maximum is fine.
+  dir.Write("f" + std::to_string(TarnParFileParser::kMaxIncludeDepth) + ".par", "CMD\nEND_\n");
+  EXPECT_EQ(Read(dir.WidePath("f0.par"), "cmd").size(), 1u);
+}
+
+TEST(TarnParFileParser, IncludedFilesAreCounted) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  // Every level includes the next one twice: 2 + 4 + ... + 2^14 files.
+  constexpr int kLevels = 14;
+  for (int i = 0; i < kLevels; ++i) {
+    const std::string next = "include, f" + std::to_string(i + 1) + ".par\n";
+    dir.Write("f" + std::to_string(i) + ".par", next + next);
+  }
+  dir.Write("f" + std::to_string(kLevels) + ".par", "CMD\nEND_\n");
+  const std::string message = FailureOf(dir.WidePath("f0.par"), "cmd");
+  EXPECT_THAT(message, ::testing::EndsWith("\" is not read: more than 10000 include files are "
+                                           "read for \"" +
+                                           dir.Path("f0.par") + "\"."));
+  // Reading the same file more than once without a cycle is fine.
+  EXPECT_EQ(Read(dir.WidePath("f" + std::to_string(kLevels - 3) + ".par"), "cmd").size(), 8u);
+}
+
+TEST(TarnParFileParser, LogsEveryFileAtDebugLevel) {
+  ParTempDir dir;
+  ParLogCapture log;
+  dir.Write("main.par", "include, sub.par\n");
+  dir.Write("sub.par", "include, leaf.par\n");
+  dir.Write("leaf.par", "");
+  Read(dir.WidePath("main"), "cmd");
+  const std::string main = dir.Path("main.par");
+  const std::string sub = dir.Path("sub.par");
+  const std::string leaf = dir.Path("leaf.par");
+  EXPECT_THAT(log.Messages("DEBUG"),
+              ElementsAre("Parsing parameter file \"" + main + "\".",
+                          "Parsing parameter file \"" + sub + "\", include level 1.",
+                          "Parsing parameter file \"" + leaf + "\", include level 2.",
+                          "Included parameter file \"" + leaf + "\" (include level 2) loaded.",
+                          "Included parameter file \"" + sub + "\" (include level 1) loaded.",
+                          "Parameter file \"" + main + "\" loaded."));
+  for (const CapturedLine& line : log.lines)
+    EXPECT_EQ(line.header, "TarnUtilities|TarnParFileParser");
+}
+
+TEST(TarnParFileParser, LineEndsNulBytesAndLongLines) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  const std::string longValue(50000, 'z');
+  struct Case {
+    const char* name;
+    std::string text;
+    Blocks expected;
+  };
+  static const char kNul[] = "CMD\na = 1\0 ignored\n\0\nEND_\n";
+  const Case cases[] = {
+      {"CR LF", "CMD\r\na = 1\r\nEND_\r\n", {{{"a", "1"}}}},
+      {"CR only", "CMD\ra = 1\rEND_\r", {{{"a", "1"}}}},
+      {"LF CR", "CMD\n\ra = 1\n\rEND_", {{{"a", "1"}}}},
+      {"no final line end", "CMD\na = 1\nEND_", {{{"a", "1"}}}},
+      {"empty file", "", {}},
+      {"NUL bytes", std::string(kNul, sizeof kNul - 1), {{{"a", "1"}}}},
+      {"line longer than 10000 bytes",
+       "CMD\nlong = " + longValue + "\nEND_\n",
+       {{{"long", longValue}}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    dir.Write("m.par", c.text);
+    EXPECT_EQ(Read(dir.WidePath("m.par"), "cmd"), c.expected);
+  }
+}
+
+TEST(TarnParFileParser, BinaryGarbageEitherReadsOrFailsCleanly) {
+  ParTempDir dir;
+  ParLogCapture quiet;
+  std::mt19937 random(4711);
+  for (int round = 0; round < 30; ++round) {
+    std::string bytes(2048, '\0');
+    for (char& byte : bytes)
+      byte = static_cast<char>(random() % 4 == 0 ? "\ncmd=!\"' "[random() % 9] : random());
+    if (round % 3 == 0)
+      bytes.insert(random() % bytes.size(), "\ncmd\n");
+    dir.Write("m.par", bytes);
+    try {
+      Read(dir.WidePath("m.par"), "cmd");
+    } catch (const ZEL_Failure&) {
+      // A block of garbage is a syntax error; anything but a ZEL_Failure
+      // escaping would fail the test.
+    }
+  }
+}

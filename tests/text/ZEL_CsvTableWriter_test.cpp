@@ -1,0 +1,231 @@
+//===- ZEL_CsvTableWriter_test.cpp - Wide CSV tables over several files -----===//
+#include "TarnUtilities/text/ZEL_CsvTableWriter.h"
+#include "TarnUtilities/text/CsvLineWriter.h"
+#include "TarnUtilities/text/ZEL_CsvFileFailure.h"
+
+#include "text/CsvTestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <vector>
+
+using csvtest::ReadFile;
+using csvtest::ScratchDir;
+using csvtest::Wide;
+
+namespace {
+
+// A line of `n` tokens "c0", "c1", ...
+void FillLine(CsvLineWriter& line, int n, const std::string& prefix = "c") {
+  line.Clear();
+  for (int i = 0; i < n; ++i)
+    line.AppendValue(prefix + std::to_string(i));
+}
+
+} // namespace
+
+TEST(ZEL_CsvTableWriter, SplitsWideLinesOverNumberedFiles) {
+  struct Case {
+    int columns;
+    std::vector<std::string> files;
+  };
+  const std::vector<Case> cases = {
+      {7, {"c0,c1,c2\n", "c3,c4,c5\n", "c6\n"}},
+      {6, {"c0,c1,c2\n", "c3,c4,c5\n", "\n"}}, // a multiple: the last file gets an empty line
+      {2, {"c0,c1\n"}},
+      {3, {"c0,c1,c2\n", "\n"}},
+      {0, {"\n"}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.columns);
+    ScratchDir dir;
+    CsvLineWriter line(1000, ",");
+    FillLine(line, c.columns);
+    ZEL_CsvTableWriter table(dir.File("results.csv"), 3);
+    table.AppendCsv(line);
+    EXPECT_EQ(table.GetNumColumns(), c.columns);
+    table.WriteToFile();
+    for (std::size_t i = 0; i < c.files.size(); ++i) {
+      const std::string name = i == 0 ? "results.csv" : "results_" + std::to_string(i) + ".csv";
+      EXPECT_EQ(ReadFile(dir.File(name)), c.files[i]) << name;
+    }
+    EXPECT_FALSE(
+        std::filesystem::exists(dir.File("results_" + std::to_string(c.files.size()) + ".csv")));
+  }
+}
+
+TEST(ZEL_CsvTableWriter, NumberedNamesKeepTheExtensionAfterTheStem) {
+  struct Case {
+    std::string name, second;
+  };
+  const std::vector<Case> cases = {{"results.csv", "results_1.csv"},
+                                   {"table", "table_1"},
+                                   {"a.b.txt", "a.b_1.txt"},
+                                   {"dir.d/plain", "dir.d/plain_1"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    ZEL_CsvTableWriter table(c.name, 2);
+    EXPECT_EQ(table.GetFileName(0), Wide(c.name));
+    EXPECT_EQ(table.GetFileName(1), Wide(c.second));
+  }
+  ZEL_CsvTableWriter table(u"x.csv", 1);
+  EXPECT_EQ(table.GetFileName(12), u"x_12.csv");
+}
+
+TEST(ZEL_CsvTableWriter, EachCallAppendsOneRowToEveryFile) {
+  ScratchDir dir;
+  // An existing file is appended to, a missing one created.
+  csvtest::WriteFile(dir.File("t.csv"), "header\n");
+  CsvLineWriter line(1000, ";");
+  ZEL_CsvTableWriter table(Wide(dir.File("t.csv")), 2);
+  ::testing::internal::CaptureStderr();
+  for (int row = 0; row < 3; ++row) {
+    FillLine(line, 3, "r" + std::to_string(row) + "c");
+    table.AppendCsv(line);
+    table.WriteToFile();
+  }
+  const std::string log = ::testing::internal::GetCapturedStderr();
+  EXPECT_EQ(ReadFile(dir.File("t.csv")), "header\nr0c0;r0c1\nr1c0;r1c1\nr2c0;r2c1\n");
+  EXPECT_EQ(ReadFile(dir.File("t_1.csv")), "r0c2\nr1c2\nr2c2\n");
+  EXPECT_NE(log.find("Appending data to csv-file " + dir.File("t.csv")), std::string::npos) << log;
+  EXPECT_NE(log.find("Creating csv-file " + dir.File("t_1.csv")), std::string::npos) << log;
+  EXPECT_NE(log.find("Appending data to csv-file " + dir.File("t_1.csv")), std::string::npos)
+      << log;
+  EXPECT_NE(log.find("|TarnUtilities|ZEL_Failure] "), std::string::npos) << log;
+}
+
+TEST(ZEL_CsvTableWriter, FirstLineFixesTheColumnsAndTheLastLineWins) {
+  ScratchDir dir;
+  CsvLineWriter first(1000, ",");
+  CsvLineWriter second(1000, ",");
+  FillLine(first, 2, "a");
+  FillLine(second, 5, "b");
+  ZEL_CsvTableWriter table(dir.File("w.csv"), 2);
+  table.AppendCsv(first);
+  table.AppendCsv(second);
+  EXPECT_EQ(table.GetNumColumns(), 2);
+  table.WriteToFile();
+  // Two columns make two files of two columns; the later line's fifth
+  // token has no place and is not written.
+  EXPECT_EQ(ReadFile(dir.File("w.csv")), "b0,b1\n");
+  EXPECT_EQ(ReadFile(dir.File("w_1.csv")), "b2,b3\n");
+  EXPECT_FALSE(std::filesystem::exists(dir.File("w_2.csv")));
+}
+
+TEST(ZEL_CsvTableWriter, WithoutALineNothingIsWritten) {
+  ScratchDir dir;
+  ZEL_CsvTableWriter table(dir.File("none.csv"), 4);
+  table.WriteToFile();
+  EXPECT_FALSE(std::filesystem::exists(dir.File("none.csv")));
+  ZEL_CsvTableWriter copy(table);
+  copy.WriteToFile();
+  EXPECT_FALSE(std::filesystem::exists(dir.File("none.csv")));
+}
+
+TEST(ZEL_CsvTableWriter, CopiesShareTheLineButNotTheirState) {
+  ScratchDir dir;
+  CsvLineWriter line(100, ",");
+  FillLine(line, 3);
+  ZEL_CsvTableWriter table(dir.File("s.csv"), 5);
+  table.AppendCsv(line);
+  ZEL_CsvTableWriter copy(table);
+  EXPECT_EQ(copy.GetNumColumns(), 3);
+  copy.WriteToFile();
+  EXPECT_EQ(ReadFile(dir.File("s.csv")), "c0,c1,c2\n");
+}
+
+TEST(ZEL_CsvTableWriter, MaximumBelowOneIsRefused) {
+  for (int maximum : {0, -1}) {
+    SCOPED_TRACE(maximum);
+    try {
+      ZEL_CsvTableWriter table("bad.csv", maximum);
+      ADD_FAILURE() << "accepted";
+    } catch (const ZEL_Failure& failure) {
+      EXPECT_EQ(failure.GetMessage(),
+                "The maximum number of columns per csv-file must be at least 1, not " +
+                    std::to_string(maximum) + " (csv-file \"bad.csv\")");
+    }
+  }
+}
+
+TEST(ZEL_CsvTableWriter, UnopenableFileFailsWithFileIoStatus) {
+  ScratchDir dir;
+  CsvLineWriter line(100, ",");
+  FillLine(line, 2);
+  const std::string name = dir.File("missing/out.csv");
+  ZEL_CsvTableWriter table(name, 5);
+  table.AppendCsv(line);
+  try {
+    table.WriteToFile();
+    ADD_FAILURE() << "no failure";
+  } catch (const ZEL_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(), "Could not open csv-file \"" + name + "\" for writing!");
+    EXPECT_EQ(failure.GetStatusCode(), ERR_FILE_IO);
+    EXPECT_EQ(failure.GetName(), "ZEL_Failure");
+    std::unique_ptr<ZEL_Exception> clone(failure.Clone());
+    EXPECT_EQ(clone->GetStatusCode(), ERR_FILE_IO);
+  }
+}
+
+TEST(ZEL_CsvTableWriter, FailureLaterInTheSetKeepsEarlierFiles) {
+  ScratchDir dir;
+  // The second file of the set cannot be opened: it is a directory.
+  std::filesystem::create_directory(dir.File("p_1.csv"));
+  CsvLineWriter line(100, ",");
+  ZEL_CsvTableWriter table(dir.File("p.csv"), 2);
+  FillLine(line, 4, "x");
+  table.AppendCsv(line);
+  EXPECT_THROW(table.WriteToFile(), ZEL_CsvFileFailure);
+  FillLine(line, 4, "y");
+  EXPECT_THROW(table.WriteToFile(), ZEL_Failure);
+  EXPECT_EQ(ReadFile(dir.File("p.csv")), "x0,x1\ny0,y1\n");
+  EXPECT_FALSE(std::filesystem::exists(dir.File("p_2.csv")));
+  // Once the obstacle is gone, writing goes on where it is.
+  std::filesystem::remove(dir.File("p_1.csv"));
+  table.WriteToFile();
+  EXPECT_EQ(ReadFile(dir.File("p.csv")), "x0,x1\ny0,y1\ny0,y1\n");
+  EXPECT_EQ(ReadFile(dir.File("p_1.csv")), "y2,y3\n");
+}
+
+TEST(ZEL_CsvTableWriter, NumbersReadBackBitExactAcrossTheFiles) {
+  ScratchDir dir;
+  std::mt19937_64 rng(31);
+  const int columns = 7;
+  std::vector<std::vector<double>> rows(50, std::vector<double>(columns));
+  CsvLineWriter line(2000, ", ");
+  ZEL_CsvTableWriter table(dir.File("n.csv"), 3);
+  for (auto& row : rows) {
+    line.Clear();
+    for (double& x : row) {
+      do {
+        const std::uint64_t bits = rng();
+        std::memcpy(&x, &bits, sizeof x);
+      } while (!std::isfinite(x));
+      line.AppendValue(x);
+    }
+    table.AppendCsv(line);
+    table.WriteToFile();
+  }
+  const std::vector<std::string> names = {"n.csv", "n_1.csv", "n_2.csv"};
+  std::vector<std::vector<std::string>> files;
+  for (const std::string& name : names) {
+    files.push_back(csvtest::ReadLines(dir.File(name)));
+    ASSERT_EQ(files.back().size(), rows.size()) << name;
+  }
+  for (std::size_t r = 0; r < rows.size(); ++r) {
+    std::vector<std::string> tokens;
+    for (const auto& file : files)
+      for (const std::string& t : csvtest::Split(file[r], ", "))
+        tokens.push_back(t);
+    ASSERT_EQ(tokens.size(), static_cast<std::size_t>(columns));
+    for (int c = 0; c < columns; ++c) {
+      SCOPED_TRACE(tokens[c]);
+      EXPECT_EQ(csvtest::Bits(csvtest::ParseDouble(tokens[c])), csvtest::Bits(rows[r][c]));
+    }
+  }
+}
