@@ -22,6 +22,8 @@
 #include "TarnUtilities/logging/ZEL_XmlString.h"
 #include "TarnUtilities/logging/ZelStatusCode.h"
 #include "TarnUtilities/system/TarnSysUtil.h"
+#include "TarnUtilities/text/ZEL_ConfigFile.h"
+#include "TarnUtilities/text/ZEL_ConfigFileItem.h"
 #include "TarnUtilities/container/ZEL_DoubleArray.h"
 #include "TarnUtilities/container/ZEL_IntArray.h"
 #include "TarnUtilities/math/TarnBigInteger.h"
