@@ -1,5 +1,6 @@
 //===- TarnSysUtil.cpp - Process environment --------------------------------===//
 #include "TarnUtilities/system/TarnSysUtil.h"
+#include "TarnUtilities/text/TarnFormatUtil.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 
 #include <cerrno>
@@ -43,17 +44,6 @@ std::u16string TrimBlanks16(const std::u16string& s) {
 
 // Computes the UTF-8 form of a wide name; empty for null.
 std::string Utf8(const char16_t* s) { return s ? TarnStringUtil::wide_to_utf8(s) : std::string(); }
-
-// Computes whether the whole text is a decimal integer with an optional sign.
-bool IsWholeInteger(const std::string& s) {
-  std::size_t i = (!s.empty() && (s[0] == '+' || s[0] == '-')) ? 1 : 0;
-  if (i == s.size())
-    return false;
-  for (; i < s.size(); ++i)
-    if (s[i] < '0' || s[i] > '9')
-      return false;
-  return true;
-}
 
 // Computes whether the decimal integer text is non-zero, without converting
 // it (so that no length of digits can overflow).
@@ -119,7 +109,7 @@ bool is_env_flag_set(const char* name) {
   std::string value = get_env_var(name, "", true);
   if (value.empty())
     return false;
-  if (IsWholeInteger(value))
+  if (TarnFormatUtil::is_int(value.c_str()))
     return IsNonZeroInteger(value);
   for (char& c : value)
     if (c >= 'a' && c <= 'z')
