@@ -8,7 +8,8 @@
 //   3. reads a parameter file set: the command model of the main file, and
 //      one command across the include files,
 //   4. reads numbers exactly and prints them as their shortest text,
-//   5. writes a CSV file of the design areas.
+//   5. writes a CSV file of the design areas,
+//   6. loads a configuration file, prints it and looks values up by key.
 //
 // Usage: tarn_example <data directory> <output directory>
 //
@@ -17,6 +18,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -146,6 +148,27 @@ void WriteDesignAreas(const TarnParFile& model, const std::string& outDir) {
   std::printf("\nDesign areas written to %s\n", csvName.c_str());
 }
 
+void ShowConfiguration(const std::string& dataDir) {
+  std::string cfgName;
+  TarnFileNameUtil::concat_path(dataDir, "optimisation.cfg", cfgName);
+  ZEL_ConfigFile config;
+  config.LoadFile(cfgName);
+  std::printf("\nConfiguration %s (%zu keys), as the library prints it:\n", cfgName.c_str(),
+              config.GetKeys().size());
+  std::ostringstream printed;
+  printed << config;
+  std::printf("%s", printed.str().c_str());
+
+  std::printf("\nLooked up by key:\n");
+  std::printf("  max_iterations  = %d\n", config["max_iterations"].AsInteger());
+  std::printf("  convergence_tol = %s\n",
+              TarnStringUtil::String(config["convergence_tol"].AsDouble()).c_str());
+  for (const auto& loadCase : config["load_cases"])
+    std::printf("  load case %d: %-15s factor %s\n", (*loadCase)[0].AsInteger(),
+                (*loadCase)[1].GetText().c_str(),
+                TarnStringUtil::String((*loadCase)[2].AsDouble()).c_str());
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -179,6 +202,7 @@ int main(int argc, char** argv) {
     model.Parse();
     ShowNumbers(model);
     WriteDesignAreas(model, outDir);
+    ShowConfiguration(dataDir);
   } catch (const ZEL_Exception& e) {
     ZEL_Logging::Failure(e);
     status = 1;

@@ -69,24 +69,44 @@ char* PutExponent(char* p, int exp, FloatingPointFormatter::ExponentStyle style)
   *p++ = exp < 0 ? '-' : '+';
   const int a = exp < 0 ? -exp : exp;
   const int width = ExponentWidth(exp, style) - 1;
-  for (int i = width - 1; i >= 0; --i) {
-    int div = 1;
-    for (int j = 0; j < i; ++j)
-      div *= 10;
-    *p++ = char('0' + (a / div) % 10);
-  }
+  if (width == 3)
+    *p++ = char('0' + a / 100);
+  if (width >= 2)
+    *p++ = char('0' + a / 10 % 10);
+  *p++ = char('0' + a % 10);
   return p;
+}
+
+/// Writes n <= 24 characters of src with a few fixed-size copies that may
+/// overlap (no call to memcpy for a length known only at run time).
+char* PutFew(char* p, const char* src, int n) {
+  if (n >= 8) {
+    if (n > 16) {
+      std::memcpy(p, src, 16);
+    } else {
+      std::memcpy(p, src, 8);
+    }
+    const int tail = n - 8;
+    std::memcpy(p + tail, src + tail, 8);
+  } else if (n >= 4) {
+    std::memcpy(p, src, 4);
+    std::memcpy(p + n - 4, src + n - 4, 4);
+  } else {
+    for (int i = 0; i < n; ++i)
+      p[i] = src[i];
+  }
+  return p + n;
 }
 
 /// "d1.d2...dn" or "d1.0" for one digit.
 char* PutMantissa(char* p, const char* digits, int n) {
   *p++ = digits[0];
   *p++ = '.';
-  if (n == 1)
+  if (n == 1) {
     *p++ = '0';
-  else
-    p = Put(p, digits + 1, static_cast<size_t>(n - 1));
-  return p;
+    return p;
+  }
+  return PutFew(p, digits + 1, n - 1);
 }
 
 /// Places the decimal point into an integer of digits so that `decimals`
@@ -135,20 +155,21 @@ char* FloatingPointFormatter::WriteFreeFormat(char* buf, double x) const {
   if (k > 0 && k <= m_PosExpFmtSwitch) {
     // Rules for n >= 2 and n == 1 agree on the positive side.
     if (n <= k + 1) {
-      p = Put(p, dig, static_cast<size_t>(n));
+      p = PutFew(p, dig, n);
       p = PutChars(p, '0', k + 1 - n);
       p = Put(p, ".0", 2);
     } else {
-      p = Put(p, dig, static_cast<size_t>(k + 1));
+      // k + 1 < n <= 17 digits before the point, the rest after it.
+      p = PutFew(p, dig, k + 1);
       *p++ = '.';
-      p = Put(p, dig + k + 1, static_cast<size_t>(n - k - 1));
+      p = PutFew(p, dig + k + 1, n - k - 1);
     }
   } else if (k < 0 && n - k <= maxSig &&
              -k <= (n >= 2 ? m_NegExpFmtSwitch : m_PosExpFmtSwitch)) {
     // A single digit is bounded by the positive switch on purpose.
     p = Put(p, "0.", 2);
     p = PutChars(p, '0', -k - 1);
-    p = Put(p, dig, static_cast<size_t>(n));
+    p = PutFew(p, dig, n);
   } else {
     p = PutMantissa(p, dig, n);
     if (k != 0)

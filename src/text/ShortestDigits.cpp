@@ -10,9 +10,17 @@
 // The digits are therefore exactly those of the big-number path; the bounds
 // grow tenfold per digit and stay below 2^60 units of 2^-124, so the fallback
 // is taken only for values within about 2^-64 of a decision boundary --
-// exact ties among them. Values of moderate exponent whose digits end
-// exactly (1.5, 12345.0) are such cases; they are decided exactly on 128-bit
-// integers before big numbers are needed.
+// exact ties among them.
+//
+// While the half-gaps times 10^c stay below one, the termination tests of c
+// consecutive digits reduce to two tests on the remainder after the last of
+// them and the trailing zeros or nines of those c digits (see ChunkStep), so
+// most of a double's digits come from one 128-by-64-bit product; the last
+// one or two are generated singly.
+//
+// Values whose digits end exactly (1.5, 12345.0) fall on a decision boundary
+// here; they are read off their short decimal expansion, or decided exactly
+// on 128-bit integers, before big numbers are needed.
 //
 //===----------------------------------------------------------------------===//
 #include "ShortestDigitsInternal.h"
@@ -111,6 +119,125 @@ Certain LowTest(u128 r, u128 mm, u128 errR, u128 errM) {
   return Certain::Unknown;
 }
 
+/// Most digits a double needs; the error bounds above rely on it.
+constexpr int kMaxDigits = 17;
+
+/// Digits written by one step of the generator, and whether it terminated;
+/// count -1 when the step could not be decided within the error bounds.
+struct Step {
+  int count;
+  bool done;
+};
+constexpr Step kUndecided = {-1, false};
+
+/// The integer part and fraction of r * m, for r < 2^124 and any 64-bit m.
+inline void MulFraction(u128 r, uint64_t m, uint64_t& whole, u128& frac) {
+  const u128 lo = u128(static_cast<uint64_t>(r)) * m;
+  const u128 mid = u128(static_cast<uint64_t>(r >> 64)) * m + (lo >> 64);
+  whole = static_cast<uint64_t>(mid >> (kFracBits - 64));
+  frac = ((mid & ((u128(1) << (kFracBits - 64)) - 1)) << 64) | static_cast<uint64_t>(lo);
+}
+
+/// One digit: R, M+ and M- times ten, the digit certain, then the two
+/// termination tests and, when both hold, the final rounding 2R < 1.
+Step DigitStep(const BinaryValue& v, u128& r, u128& mp, u128& mm, uint64_t& eR, uint64_t& eM,
+               char* out) {
+  r *= 10;
+  const int d = static_cast<int>(r >> kFracBits);
+  r &= kFracMask;
+  eR *= 10;
+  if (r + eR > kOne)
+    return kUndecided; // the digit itself is undecided
+  mp *= 10;
+  mm = v.lowerCloser ? mm * 10 : mp;
+  eM *= 10;
+  const Certain tc1 = LowTest(r, mm, eR, eM);
+  const Certain tc2 = HighTest(r, mp, eR + eM, v.acceptBounds);
+  if (tc1 == Certain::Unknown || tc2 == Certain::Unknown)
+    return kUndecided;
+  if (tc1 == Certain::False && tc2 == Certain::False) {
+    *out = char('0' + d);
+    return {1, false};
+  }
+  int last = d;
+  if (tc1 == Certain::True && tc2 == Certain::True) {
+    if (2 * (r + eR) <= kOne)
+      last = d;
+    else if (2 * r >= kOne)
+      last = d + 1;
+    else
+      return kUndecided;
+  } else if (tc2 == Certain::True) {
+    last = d + 1;
+  }
+  *out = char('0' + last);
+  return {1, true};
+}
+
+/// c >= 2 digits at once, when 10^c * M+ (bounds included) is below one.
+///
+/// Let D be the c-digit integer part of 10^c * R and R' its fraction. After
+/// the j-th of these digits the remainder times 10^(c-j) is
+/// (D mod 10^(c-j)) + R', and the half-gaps times 10^(c-j) are 10^c M- and
+/// 10^c M+, both below one. So for j < c the low test holds exactly when D
+/// ends in c-j zeros and R' < 10^c M- (the low test after the last digit),
+/// and the high test exactly when D ends in c-j nines and
+/// R' + 10^c M+ > 1 (the high test after the last digit). The generator
+/// stops at the first such j; both tests cannot hold there before the
+/// last digit (no number ends in both zeros and nines), so the final
+/// rounding only arises after the last digit, as in DigitStep.
+Step ChunkStep(const BinaryValue& v, int c, u128& r, u128& mp, u128& mm, uint64_t& eR,
+               uint64_t& eM, char* out) {
+  const uint64_t scale = kPow10U64[c];
+  uint64_t digits;
+  u128 rc;
+  MulFraction(r, scale, digits, rc);
+  const uint64_t eRc = eR * scale, eMc = eM * scale;
+  if (rc + eRc > kOne)
+    return kUndecided; // a digit is undecided
+  const u128 mpc = mp * scale;
+  const u128 mmc = v.lowerCloser ? mm * scale : mpc;
+  const Certain low = LowTest(rc, mmc, eRc, eMc);
+  const Certain high = HighTest(rc, mpc, eRc + eMc, v.acceptBounds);
+  if (low == Certain::Unknown || high == Certain::Unknown)
+    return kUndecided;
+  if (low == Certain::False && high == Certain::False) {
+    WriteDigits(out, digits, c);
+    r = rc;
+    mp = mpc;
+    mm = mmc;
+    eR = eRc;
+    eM = eMc;
+    return {c, false};
+  }
+  int j = c;
+  if (low == Certain::True && digits % 10 == 0) {
+    while (j > 1 && digits % 10 == 0) {
+      digits /= 10;
+      --j;
+    }
+  } else if (high == Certain::True && digits % 10 == 9) {
+    while (j > 1 && digits % 10 == 9) {
+      digits /= 10;
+      --j;
+    }
+    ++digits;
+  } else if (low == Certain::True && high == Certain::True) {
+    // The final rounding: the upper digit unless 2R' < 1.
+    if (2 * (rc + eRc) > kOne) {
+      if (2 * rc < kOne)
+        return kUndecided;
+      ++digits;
+    }
+  } else if (high == Certain::True) {
+    ++digits;
+  }
+  if (digits >= kPow10U64[j])
+    return kUndecided; // a carry out of the last digit; the generator never makes one
+  WriteDigits(out, digits, j);
+  return {j, true};
+}
+
 /// Runs the generator on 128-bit values; false when a step is undecided.
 bool ShortestDigits128(const BinaryValue& v, DecimalDigits& out) {
   const uint64_t V = v.f << 2; // v in units of 2^(e-2)
@@ -144,116 +271,26 @@ bool ShortestDigits128(const BinaryValue& v, DecimalDigits& out) {
   }
 
   // A double needs at most 17 digits, so the bounds stay below
-  // 4 * 10^18 < 2^64 and fit one 64-bit word.
+  // 4 * 10^17 < 2^59 and fit one 64-bit word.
   if (errR > 4)
     return false;
-  int n = 0;
   uint64_t eR = static_cast<uint64_t>(errR), eM = static_cast<uint64_t>(errM);
-  for (;;) {
-    r *= 10;
-    const int d = static_cast<int>(r >> kFracBits);
-    r &= kFracMask;
-    eR *= 10;
-    if (r + eR > kOne)
-      return false; // the digit itself is undecided
-    mp *= 10;
-    mm = v.lowerCloser ? mm * 10 : mp;
-    eM *= 10;
-    const Certain tc1 = LowTest(r, mm, eR, eM);
-    const Certain tc2 = HighTest(r, mp, eR + eM, v.acceptBounds);
-    if (tc1 == Certain::Unknown || tc2 == Certain::Unknown)
-      return false;
-    if (tc1 == Certain::False && tc2 == Certain::False) {
-      out.digits[n++] = char('0' + d);
-      if (n >= 17)
-        return false;
-      continue;
-    }
-    int last = d;
-    if (tc1 == Certain::True && tc2 == Certain::True) {
-      if (2 * (r + eR) <= kOne)
-        last = d;
-      else if (2 * r >= kOne)
-        last = d + 1;
-      else
-        return false;
-    } else if (tc2 == Certain::True) {
-      last = d + 1;
-    }
-    out.digits[n++] = char('0' + last);
-    break;
-  }
-  out.count = n;
-  out.exponent = k - 1;
-  return true;
-}
-
-/// Bit length of a 128-bit value (0 for 0).
-int BitLength128(u128 x) {
-  const uint64_t hi = static_cast<uint64_t>(x >> 64);
-  return hi ? 64 + BitLength64(hi) : (x ? BitLength64(static_cast<uint64_t>(x)) : 0);
-}
-
-/// Multiplies x by 10^n when the product stays below 2^120; false otherwise.
-bool MulPow10(u128& x, int n) {
-  u128 p = 1;
-  for (int i = 0; i < n; ++i)
-    p *= 10;
-  if (n > 36 || BitLength128(x) + BitLength128(p) > 120)
-    return false;
-  x *= p;
-  return true;
-}
-
-/// Runs the generator exactly on 128-bit integers r, s, m+, m-: possible for
-/// values of moderate exponent, whose digits often end exactly (1.5, 12345.0)
-/// where the fixed-point path cannot decide. False when the values do not fit.
-bool ShortestDigitsExact128(const BinaryValue& v, DecimalDigits& out) {
-  const int shift = v.lowerCloser ? 2 : 1;
-  u128 r, s, mp, mm;
-  if (v.e >= 0) {
-    if (v.e > 60)
-      return false;
-    r = u128(v.f) << (v.e + shift);
-    s = u128(1) << shift;
-    mp = u128(1) << (v.e + shift - 1);
-    mm = u128(1) << v.e;
-  } else {
-    if (shift - v.e > 110)
-      return false;
-    r = u128(v.f) << shift;
-    s = u128(1) << (shift - v.e);
-    mp = u128(1) << (shift - 1);
-    mm = 1;
-  }
-  int k = EstimateK(v);
-  if (k >= 0) {
-    if (!MulPow10(s, k))
-      return false;
-  } else if (!MulPow10(r, -k) || !MulPow10(mp, -k) || !MulPow10(mm, -k)) {
-    return false;
-  }
-  if (v.acceptBounds ? r + mp >= s : r + mp > s) {
-    if (!MulPow10(s, 1))
-      return false;
-    ++k;
-  }
   int n = 0;
   for (;;) {
-    r *= 10;
-    const int d = static_cast<int>(r / s);
-    r %= s;
-    mm *= 10;
-    mp = v.lowerCloser ? mp * 10 : mm;
-    const bool tc1 = v.acceptBounds ? r <= mm : r < mm;
-    const bool tc2 = v.acceptBounds ? r + mp >= s : r + mp > s;
-    if (!tc1 && !tc2) {
-      out.digits[n++] = char('0' + d);
-      continue;
-    }
-    const int last = (tc1 && tc2) ? (2 * r < s ? d : d + 1) : (tc2 ? d + 1 : d);
-    out.digits[n++] = char('0' + last);
-    break;
+    // While 10^c * M+ stays below one, c digits are taken in one step (see
+    // ChunkStep); the last digit or two, where it does not, one at a time.
+    int c = FloorLog10Pow2(kFracBits - BitLength128(mp + eM));
+    if (c > kMaxDigits - n)
+      c = kMaxDigits - n;
+    const Step step = c >= 2 ? ChunkStep(v, c, r, mp, mm, eR, eM, out.digits + n)
+                             : DigitStep(v, r, mp, mm, eR, eM, out.digits + n);
+    if (step.count < 0)
+      return false;
+    n += step.count;
+    if (step.done)
+      break;
+    if (n >= kMaxDigits)
+      return false;
   }
   out.count = n;
   out.exponent = k - 1;
@@ -301,6 +338,8 @@ BinaryValue DecomposeFloat(float x) {
 }
 
 void ShortestDigits(const BinaryValue& v, DecimalDigits& out) {
+  if (MayBeShortDecimal(v) && ShortDecimalDigits(v, out))
+    return;
   if (!ShortestDigits128(v, out) && !ShortestDigitsExact128(v, out))
     ShortestDigitsBignum(v, out);
 }

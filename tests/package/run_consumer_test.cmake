@@ -1,6 +1,7 @@
 # Installs the library into a scratch prefix, then configures, builds and runs
 # a small consumer against it, once through find_package() and once through
-# the pkg-config file.
+# the pkg-config file. CONSUMER_FLAGS carries the sanitizer flags of a
+# sanitizer build, which a program linking the library must share.
 file(REMOVE_RECURSE ${WORK_DIR})
 set(prefix ${WORK_DIR}/prefix)
 
@@ -21,7 +22,8 @@ endforeach()
 
 # CMake consumer.
 run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/cmake-build
-    -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=Release)
+    -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=Release
+    "-DCMAKE_CXX_FLAGS=${CONSUMER_FLAGS}" "-DCMAKE_EXE_LINKER_FLAGS=${CONSUMER_FLAGS}")
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/cmake-build)
 run(${WORK_DIR}/cmake-build/consumer)
 
@@ -33,5 +35,6 @@ if(NOT rc EQUAL 0)
   message(FATAL_ERROR "pkg-config does not know tarnutilities")
 endif()
 separate_arguments(flags UNIX_COMMAND "${flags}")
-run(c++ ${SOURCE_DIR}/main.cpp -o ${WORK_DIR}/consumer-pc ${flags} -Wl,-rpath,${prefix}/lib)
+separate_arguments(extra UNIX_COMMAND "${CONSUMER_FLAGS}")
+run(c++ ${extra} ${SOURCE_DIR}/main.cpp -o ${WORK_DIR}/consumer-pc ${flags} -Wl,-rpath,${prefix}/lib)
 run(${WORK_DIR}/consumer-pc)

@@ -1,0 +1,391 @@
+//===- ZEL_ConfigFile_test.cpp - Loading and looking up definitions ---------===//
+#include "ConfigTestSupport.h"
+
+#include "TarnUtilities/text/ZEL_ConfigFile.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using config_test::DeepEqual;
+using config_test::LoadAndCatch;
+using config_test::ScratchFile;
+
+namespace {
+ZEL_ConfigFile Load(const std::string& text) {
+  ZEL_ConfigFile config;
+  config.LoadText(text.c_str(), "t.cfg");
+  return config;
+}
+
+std::string Printed(const ZEL_ConfigFile& config) {
+  std::ostringstream out;
+  out << config;
+  return out.str();
+}
+} // namespace
+
+TEST(ZEL_ConfigFile, ValueKinds) {
+  const ZEL_ConfigFile config = Load("i = 3\n"
+                                     "neg = -17\n"
+                                     "plus = +0042\n"
+                                     "d1 = 3.\n"
+                                     "d2 = 3e2\n"
+                                     "d3 = .5\n"
+                                     "d4 = -1.25E-2\n"
+                                     "s = \"hello world\"\n"
+                                     "q = 'single'\n"
+                                     "id = abc_9\n");
+  EXPECT_EQ(config["i"].AsInteger(), 3);
+  EXPECT_EQ(config["i"].AsDouble(), 3.0);
+  EXPECT_EQ(config["neg"].AsInteger(), -17);
+  EXPECT_EQ(config["plus"].AsInteger(), 42);
+  EXPECT_EQ(config["plus"].GetText(), "+0042");
+
+  struct Double { const char* key; double value; const char* text; };
+  for (const Double& d : {Double{"d1", 3.0, "3."}, Double{"d2", 300.0, "3e2"},
+                          Double{"d3", 0.5, ".5"}, Double{"d4", -0.0125, "-1.25E-2"}}) {
+    SCOPED_TRACE(d.key);
+    EXPECT_TRUE(config[d.key].IsDouble());
+    EXPECT_FALSE(config[d.key].IsInteger());
+    EXPECT_EQ(config[d.key].AsDouble(), d.value);
+    EXPECT_EQ(config[d.key].GetText(), d.text);
+  }
+  EXPECT_EQ(config["s"].GetText(), "hello world");
+  EXPECT_EQ(config["q"].GetText(), "single");
+  EXPECT_EQ(config["id"].GetText(), "abc_9");
+  for (const char* key : {"s", "q", "id"}) {
+    SCOPED_TRACE(key);
+    EXPECT_TRUE(config[key].IsString());
+    EXPECT_EQ(config[key].length(), 1u);
+  }
+}
+
+TEST(ZEL_ConfigFile, IntegerLimitsAndNegativeZero) {
+  const ZEL_ConfigFile config = Load("max = 2147483647\nmin = -2147483648\nnz = -0\n");
+  EXPECT_EQ(config["max"].AsInteger(), 2147483647);
+  EXPECT_EQ(config["min"].AsInteger(), -2147483647 - 1);
+  EXPECT_EQ(config["min"].AsDouble(), -2147483648.0);
+  EXPECT_EQ(config["nz"].AsInteger(), 0);
+  EXPECT_TRUE(std::signbit(config["nz"].AsDouble()));
+}
+
+TEST(ZEL_ConfigFile, StringEscapesAndContinuation) {
+  const ZEL_ConfigFile config = Load("a = 'x\\ny'\n"           // \n is a line feed
+                                     "b = \"c:\\\\dir\\q\"\n"  // \\ and \q
+                                     "c = 'it\\'s'\n"          // escaped closing quote
+                                     "d = \"say 'hi'\"\n"      // the other quote is plain
+                                     "e = \"# not = a [comment],\"\n"
+                                     "f = 'one \\\n"           // continued ...
+                                     "two'\n"                  // ... without a line feed
+                                     "g = ''\n");
+  EXPECT_EQ(config["a"].GetText(), "x\ny");
+  EXPECT_EQ(config["b"].GetText(), "c:\\dirq");
+  EXPECT_EQ(config["c"].GetText(), "it's");
+  EXPECT_EQ(config["d"].GetText(), "say 'hi'");
+  EXPECT_EQ(config["e"].GetText(), "# not = a [comment],");
+  EXPECT_EQ(config["f"].GetText(), "one two");
+  EXPECT_EQ(config["g"].GetText(), "");
+}
+
+TEST(ZEL_ConfigFile, LineNumbersContinueAfterAContinuedString) {
+  ZEL_ConfigFile config;
+  const auto error = LoadAndCatch(config, "a = 'x\\\ny\\\nz'\nb = 1 2\n");
+  EXPECT_EQ(config["a"].GetText(), "xyz");
+  EXPECT_EQ(error.message, "expected newline after definition of b in line 4 of configuration "
+                           "file t.cfg");
+}
+
+TEST(ZEL_ConfigFile, ListsOverSeveralLines) {
+  const ZEL_ConfigFile config = Load("empty = []\n"
+                                     "spaced = [ \t ]\n"
+                                     "flat = [1, 2.5, 'x', y]\n"
+                                     "nested = [[1, 2], [], [[3]]]\n"
+                                     "multi = [\n"
+                                     "   1,\n"
+                                     "\n"
+                                     "   2\n"
+                                     "   ,3\n"
+                                     "]\n");
+  EXPECT_TRUE(config["empty"].IsList());
+  EXPECT_EQ(config["empty"].length(), 0u);
+  EXPECT_EQ(config["spaced"].length(), 0u);
+  const ZEL_ConfigFileItem& flat = config["flat"];
+  ASSERT_EQ(flat.length(), 4u);
+  EXPECT_EQ(flat[0].AsInteger(), 1);
+  EXPECT_EQ(flat[1].AsDouble(), 2.5);
+  EXPECT_EQ(flat[2].GetText(), "x");
+  EXPECT_EQ(flat[3].GetText(), "y");
+  const ZEL_ConfigFileItem& nested = config["nested"];
+  ASSERT_EQ(nested.length(), 3u);
+  EXPECT_EQ(nested[0][1].AsInteger(), 2);
+  EXPECT_EQ(nested[1].length(), 0u);
+  EXPECT_EQ(nested[2][0][0].AsInteger(), 3);
+  std::vector<int> multi;
+  for (const auto& child : config["multi"])
+    multi.push_back(child->AsInteger());
+  EXPECT_EQ(multi, (std::vector<int>{1, 2, 3}));
+}
+
+TEST(ZEL_ConfigFile, BlanksCommentsAndEmptyLinesDefineNothing) {
+  const ZEL_ConfigFile config = Load("\n"
+                                     "   \t\v\f\n"
+                                     "# a comment = 3\n"
+                                     "  # indented comment\n"
+                                     "a=1# tight\n"
+                                     "\tb\t=\t[1,2]\t#\n"
+                                     "\r\n"
+                                     "c = 2\r\n");
+  EXPECT_EQ(config.GetKeys(), (std::vector<std::string>{"a", "b", "c"}));
+  EXPECT_EQ(config["a"].AsInteger(), 1);
+  EXPECT_EQ(config["b"].length(), 2u);
+  EXPECT_EQ(config["c"].AsInteger(), 2);
+  EXPECT_EQ(Load("").size(), 0u);
+  EXPECT_EQ(Load("# only\n\n  \n").size(), 0u);
+}
+
+TEST(ZEL_ConfigFile, KeysKeepDefinitionOrderAndLookUp) {
+  ZEL_ConfigFile config = Load("zeta = 1\nalpha = 2\n_m9 = 3\n");
+  EXPECT_EQ(config.GetKeys(), (std::vector<std::string>{"zeta", "alpha", "_m9"}));
+  EXPECT_TRUE(config.has_key("alpha"));
+  EXPECT_FALSE(config.has_key("Alpha")); // keys are case-sensitive
+  EXPECT_FALSE(config.has_key(""));
+  config["alpha"].AsInteger() = 20; // items are writable through the reference
+  EXPECT_EQ(config["alpha"].AsInteger(), 20);
+}
+
+TEST(ZEL_ConfigFile, ManyKeysAllFound) {
+  // Enough keys for several growths of the index.
+  std::string text;
+  for (int i = 0; i < 5000; ++i)
+    text += "k" + std::to_string(i * 7919 % 5000) + " = " + std::to_string(i) + "\n";
+  const ZEL_ConfigFile config = Load(text);
+  ASSERT_EQ(config.size(), 5000u);
+  for (int i = 0; i < 5000; ++i) {
+    const std::string key = "k" + std::to_string(i * 7919 % 5000);
+    ASSERT_TRUE(config.has_key(key)) << key;
+    EXPECT_EQ(config[key].AsInteger(), i);
+    EXPECT_EQ(config.GetKeys()[i], key);
+  }
+  EXPECT_FALSE(config.has_key("k5000"));
+}
+
+TEST(ZEL_ConfigFile, UndefinedKeyThrows) {
+  const ZEL_ConfigFile config = Load("a = 1\n");
+  try {
+    (void)config["nope"];
+    FAIL() << "no failure";
+  } catch (const ZEL_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(), "tried to access undefined configuration key nope");
+    EXPECT_EQ(failure.GetCode().GetCode(), "190715270407");
+    EXPECT_EQ(failure.GetHeader(), "[%T|%n|%P|libzel_util|ZEL_ConfigFile] ");
+  }
+  ZEL_ConfigFile empty;
+  EXPECT_THROW(empty["a"], ZEL_Failure);
+}
+
+TEST(ZEL_ConfigFile, LoadingAppendsAndRedefinitionSpansLoads) {
+  ZEL_ConfigFile config = Load("a = 1\n");
+  config.LoadText("b = 2\n", "second.cfg");
+  EXPECT_EQ(config.GetKeys(), (std::vector<std::string>{"a", "b"}));
+  try {
+    config.LoadText("c = 3\na = 4\n", "third.cfg");
+    FAIL() << "no failure";
+  } catch (const ZEL_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(),
+              "redefinition of variable a in line 2 of configuration file third.cfg");
+  }
+  // No rollback: c, parsed before the error, stays; a keeps its first value.
+  EXPECT_EQ(config.GetKeys(), (std::vector<std::string>{"a", "b", "c"}));
+  EXPECT_EQ(config["a"].AsInteger(), 1);
+}
+
+TEST(ZEL_ConfigFile, ClearRemovesEverything) {
+  ZEL_ConfigFile config = Load("a = 1\nb = [1]\n");
+  config.clear();
+  EXPECT_EQ(config.size(), 0u);
+  EXPECT_FALSE(config.has_key("a"));
+  EXPECT_EQ(Printed(config), "");
+  config.LoadText("a = 2\n", "t.cfg"); // no redefinition after clear
+  EXPECT_EQ(config["a"].AsInteger(), 2);
+}
+
+TEST(ZEL_ConfigFile, CopyIsDeepAndIndependent) {
+  ZEL_ConfigFile original = Load("a = [1, [2, 'x']]\nb = 2.5\n");
+  ZEL_ConfigFile copy(original);
+  EXPECT_TRUE(DeepEqual(copy, original));
+  EXPECT_NE(&copy["a"][1], &original["a"][1]);
+  copy["a"][1][0].AsInteger() = 99;
+  EXPECT_EQ(original["a"][1][0].AsInteger(), 2);
+
+  ZEL_ConfigFile assigned = Load("z = 0\n");
+  assigned = original;
+  EXPECT_TRUE(DeepEqual(assigned, original));
+  EXPECT_FALSE(assigned.has_key("z"));
+  assigned.LoadText("c = 1\n", "t.cfg"); // the copied index works for new keys
+  EXPECT_TRUE(assigned.has_key("c"));
+  EXPECT_FALSE(original.has_key("c"));
+  assigned = assigned; // self-assignment keeps everything
+  EXPECT_EQ(assigned.size(), 3u);
+}
+
+TEST(ZEL_ConfigFile, PrintWritesOneLinePerDefinition) {
+  const ZEL_ConfigFile config = Load("n = +007\n"
+                                     "d = 1.50e3\n"
+                                     "id = name\n"
+                                     "s = 'a\\nb\\\\c\"d'\n"
+                                     "l = [ 1 , [ ], [x, 'y' ] ]\n");
+  EXPECT_EQ(Printed(config), "n = +007\n"
+                             "d = 1.50e3\n"
+                             "id = \"name\"\n"
+                             "s = \"a\\nb\\\\c\"d\"\n"
+                             "l = [1,[],[\"x\",\"y\"]]\n");
+  std::ostringstream viaPrint;
+  config.print(viaPrint);
+  EXPECT_EQ(viaPrint.str(), Printed(config));
+}
+
+TEST(ZEL_ConfigFile, LoadsFilesByWideAndUtf8Name) {
+  ScratchFile file("config_load_test.cfg", "a = 1\r\nb = 'x'\r\n");
+  ZEL_ConfigFile byWide(file.widePath());
+  EXPECT_EQ(byWide["a"].AsInteger(), 1);
+  ZEL_ConfigFile byPointer(file.widePath().c_str());
+  EXPECT_EQ(byPointer["b"].GetText(), "x");
+  ZEL_ConfigFile byUtf8;
+  byUtf8.LoadFile(file.path());
+  EXPECT_TRUE(DeepEqual(byUtf8, byWide));
+}
+
+TEST(ZEL_ConfigFile, ErrorsNameTheFile) {
+  ScratchFile file("config_error_test.cfg", "a = 1\nb = $\n");
+  try {
+    ZEL_ConfigFile config(file.widePath());
+    FAIL() << "no failure";
+  } catch (const ZEL_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(),
+              "Unknown token in the configuration file " + file.path() + " (line 2)");
+  }
+}
+
+TEST(ZEL_ConfigFile, MissingFileThrows) {
+  const std::string name = ::testing::TempDir() + "no_such_dir/missing.cfg";
+  ZEL_ConfigFile config;
+  try {
+    config.LoadFile(name);
+    FAIL() << "no failure";
+  } catch (const ZEL_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(), "Could not open the configuration file " + name +
+                                        " for reading.\nSystem error message: No such file "
+                                        "or directory");
+    EXPECT_EQ(failure.GetCode().GetCode(), "145331040507");
+    EXPECT_EQ(failure.GetHeader(), "[%T|%n|%P|libzel_util|ZEL_ConfigFile] ");
+  }
+  EXPECT_THROW(config.LoadFile(static_cast<const char16_t*>(nullptr)), ZEL_Failure);
+  EXPECT_EQ(config.size(), 0u);
+}
+
+TEST(ZEL_ConfigFile, NameWithAZeroInsideIsRefused) {
+  ScratchFile file("config_zero_name.cfg", "a = 1\n");
+  const std::string cut = file.path() + std::string(1, '\0') + "more";
+  const std::string expected = "Could not open the configuration file " + file.path() +
+                               " for reading.\nSystem error message: Invalid argument";
+  ZEL_ConfigFile config;
+  try {
+    config.LoadFile(cut);
+    FAIL() << "no failure";
+  } catch (const ZEL_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(), expected);
+  }
+  std::u16string wide = file.widePath() + u'\0' + u"more";
+  try {
+    config.LoadFile(wide);
+    FAIL() << "no failure";
+  } catch (const ZEL_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(), expected);
+  }
+  EXPECT_EQ(config.size(), 0u);
+}
+
+TEST(ZEL_ConfigFile, NonAsciiFileNamesAppearAsUtf8) {
+  ScratchFile file("konfig_\xc3\xa9_\xe2\x82\xac.cfg", "a = 1\nb\n");
+  EXPECT_EQ(file.widePath().size(), file.path().size() - 3); // two- and three-byte letters
+  try {
+    ZEL_ConfigFile config(file.widePath());
+    FAIL() << "no failure";
+  } catch (const ZEL_Failure& failure) {
+    EXPECT_EQ(failure.GetMessage(),
+              "Missing = character in line 2 of configuration file " + file.path());
+  }
+}
+
+TEST(ZEL_ConfigFile, EveryLineEndFormWorks) {
+  for (const char* end : {"\n", "\r\n", "\r", "\n\r"}) {
+    SCOPED_TRACE(::testing::PrintToString(end));
+    const std::string e = end;
+    ScratchFile file("config_line_ends.cfg", "a = 'x\\" + e + "y'" + e + e + "b = [1," + e +
+                                                 "2]" + e + "c = 1 2" + e);
+    ZEL_ConfigFile config;
+    try {
+      config.LoadFile(file.path());
+      FAIL() << "no failure";
+    } catch (const ZEL_Failure& failure) {
+      EXPECT_EQ(failure.GetMessage(), "expected newline after definition of c in line 6 of "
+                                      "configuration file " + file.path());
+    }
+    EXPECT_EQ(config["a"].GetText(), "xy");
+    EXPECT_EQ(config["b"].length(), 2u);
+  }
+}
+
+// A NUL byte is no character of the format, wherever it stands outside a
+// comment; the line loader keeps it, so only files can hold one.
+TEST(ZEL_ConfigFile, NulBytesAreUnknownTokens) {
+  struct Case { std::string text; int line; };
+  using namespace std::string_literals;
+  const Case cases[] = {
+      {"a = 1\0\n"s, 1},          {"\0"s, 1},
+      {"a\0 = 1"s, 1},            {"a = 1\nb = 'x\0y'\n"s, 2},
+      {"a = 'x\\\0'"s, 1},       {"a = \"x\0"s, 1},
+      {"a = 1\r\n\0"s, 2},       {"a = 1\n\r\0\r\n"s, 2},
+      {"a = 1\n\nb = 2\0"s, 3}, {"a = [1,\n\0]"s, 2},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(::testing::PrintToString(c.text));
+    ScratchFile file("config_nul.cfg", c.text);
+    try {
+      ZEL_ConfigFile config;
+      config.LoadFile(file.path());
+      ADD_FAILURE() << "no failure";
+    } catch (const ZEL_Failure& failure) {
+      EXPECT_EQ(failure.GetMessage(), "Unknown token in the configuration file " + file.path() +
+                                          " (line " + std::to_string(c.line) + ")");
+      EXPECT_EQ(failure.GetCode().GetCode(), "145613040507");
+    }
+  }
+  ScratchFile comment("config_nul_comment.cfg", "a = 1 # c\0mment\n"s);
+  ZEL_ConfigFile config;
+  config.LoadFile(comment.path());
+  EXPECT_EQ(config["a"].AsInteger(), 1);
+}
+
+TEST(ZEL_ConfigFile, ExampleFileLoadsAndReloadsFromItsPrintout) {
+  ZEL_ConfigFile config;
+  config.LoadFile(std::string(TARN_SOURCE_DIR) + "/examples/data/optimisation.cfg");
+  EXPECT_EQ(config.GetKeys().front(), "job_name");
+  EXPECT_EQ(config["max_iterations"].AsInteger(), 200);
+  EXPECT_EQ(config["convergence_tol"].AsDouble(), 1.0e-6);
+  EXPECT_EQ(config["result_directory"].GetText(), "results\\run_07");
+  EXPECT_EQ(config["description"].GetText(),
+            "Minimum mass of the outer wing box under three load cases, with buckling and "
+            "strain limits");
+  EXPECT_EQ(config["design_variables"].length(), 5u);
+  EXPECT_EQ(config["design_variables"][2][0].GetText(), "spar_web");
+  EXPECT_EQ(config["load_cases"][1][2].AsDouble(), -1.0);
+
+  ZEL_ConfigFile reloaded;
+  reloaded.LoadText(Printed(config).c_str(), "printed");
+  EXPECT_TRUE(DeepEqual(config, reloaded));
+}
