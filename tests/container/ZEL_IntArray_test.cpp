@@ -1,4 +1,5 @@
 //===- ZEL_IntArray_test.cpp - Growable array of integers -------------------===//
+#include "support/FailureOf.h"
 #include "TarnUtilities/container/ZEL_IntArray.h"
 #include "TarnUtilities/logging/ZEL_Failure.h"
 
@@ -362,13 +363,7 @@ TEST(ZEL_IntArray, FailedReserveThrowsAndLeavesAnEmptyArray) {
 TEST(ZEL_IntArray, FailedCountedConstructorNamesTheCapacity) {
   for (std::uint64_t count : {kUnallocatable, kByteOverflow}) {
     SCOPED_TRACE(count);
-    try {
-      ZEL_IntArray a(count);
-      ADD_FAILURE() << "no failure";
-    } catch (const ZEL_Failure& failure) {
-      EXPECT_EQ(failure.GetMessage(),
-                "Failed to allocate memory for an integer array of capacity " +
-                    std::to_string(count));
-    }
+    EXPECT_EQ(tarn_test::FailureMessage([&] { ZEL_IntArray a(count); }),
+              "Failed to allocate memory for an integer array of capacity " + std::to_string(count));
   }
 }

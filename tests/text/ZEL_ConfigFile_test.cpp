@@ -1,4 +1,5 @@
 //===- ZEL_ConfigFile_test.cpp - Loading and looking up definitions ---------===//
+#include "support/FailureOf.h"
 #include "ConfigTestSupport.h"
 
 #include "TarnUtilities/text/ZEL_ConfigFile.h"
@@ -191,13 +192,8 @@ TEST(ZEL_ConfigFile, LoadingAppendsAndRedefinitionSpansLoads) {
   ZEL_ConfigFile config = Load("a = 1\n");
   config.LoadText("b = 2\n", "second.cfg");
   EXPECT_EQ(config.GetKeys(), (std::vector<std::string>{"a", "b"}));
-  try {
-    config.LoadText("c = 3\na = 4\n", "third.cfg");
-    FAIL() << "no failure";
-  } catch (const ZEL_Failure& failure) {
-    EXPECT_EQ(failure.GetMessage(),
-              "redefinition of variable a in line 2 of configuration file third.cfg");
-  }
+  EXPECT_EQ(tarn_test::FailureMessage([&] { config.LoadText("c = 3\na = 4\n", "third.cfg"); }),
+            "redefinition of variable a in line 2 of configuration file third.cfg");
   // No rollback: c, parsed before the error, stays; a keeps its first value.
   EXPECT_EQ(config.GetKeys(), (std::vector<std::string>{"a", "b", "c"}));
   EXPECT_EQ(config["a"].AsInteger(), 1);
@@ -261,13 +257,8 @@ TEST(ZEL_ConfigFile, LoadsFilesByWideAndUtf8Name) {
 
 TEST(ZEL_ConfigFile, ErrorsNameTheFile) {
   ScratchFile file("config_error_test.cfg", "a = 1\nb = $\n");
-  try {
-    ZEL_ConfigFile config(file.widePath());
-    FAIL() << "no failure";
-  } catch (const ZEL_Failure& failure) {
-    EXPECT_EQ(failure.GetMessage(),
-              "Unknown token in the configuration file " + file.path() + " (line 2)");
-  }
+  EXPECT_EQ(tarn_test::FailureMessage([&] { ZEL_ConfigFile config(file.widePath()); }),
+            "Unknown token in the configuration file " + file.path() + " (line 2)");
 }
 
 TEST(ZEL_ConfigFile, MissingFileThrows) {
@@ -293,32 +284,17 @@ TEST(ZEL_ConfigFile, NameWithAZeroInsideIsRefused) {
   const std::string expected = "Could not open the configuration file " + file.path() +
                                " for reading.\nSystem error message: Invalid argument";
   ZEL_ConfigFile config;
-  try {
-    config.LoadFile(cut);
-    FAIL() << "no failure";
-  } catch (const ZEL_Failure& failure) {
-    EXPECT_EQ(failure.GetMessage(), expected);
-  }
+  EXPECT_EQ(tarn_test::FailureMessage([&] { config.LoadFile(cut); }), expected);
   std::u16string wide = file.widePath() + u'\0' + u"more";
-  try {
-    config.LoadFile(wide);
-    FAIL() << "no failure";
-  } catch (const ZEL_Failure& failure) {
-    EXPECT_EQ(failure.GetMessage(), expected);
-  }
+  EXPECT_EQ(tarn_test::FailureMessage([&] { config.LoadFile(wide); }), expected);
   EXPECT_EQ(config.size(), 0u);
 }
 
 TEST(ZEL_ConfigFile, NonAsciiFileNamesAppearAsUtf8) {
   ScratchFile file("konfig_\xc3\xa9_\xe2\x82\xac.cfg", "a = 1\nb\n");
   EXPECT_EQ(file.widePath().size(), file.path().size() - 3); // two- and three-byte letters
-  try {
-    ZEL_ConfigFile config(file.widePath());
-    FAIL() << "no failure";
-  } catch (const ZEL_Failure& failure) {
-    EXPECT_EQ(failure.GetMessage(),
-              "Missing = character in line 2 of configuration file " + file.path());
-  }
+  EXPECT_EQ(tarn_test::FailureMessage([&] { ZEL_ConfigFile config(file.widePath()); }),
+            "Missing = character in line 2 of configuration file " + file.path());
 }
 
 TEST(ZEL_ConfigFile, EveryLineEndFormWorks) {
@@ -328,13 +304,8 @@ TEST(ZEL_ConfigFile, EveryLineEndFormWorks) {
     ScratchFile file("config_line_ends.cfg", "a = 'x\\" + e + "y'" + e + e + "b = [1," + e +
                                                  "2]" + e + "c = 1 2" + e);
     ZEL_ConfigFile config;
-    try {
-      config.LoadFile(file.path());
-      FAIL() << "no failure";
-    } catch (const ZEL_Failure& failure) {
-      EXPECT_EQ(failure.GetMessage(), "expected newline after definition of c in line 6 of "
-                                      "configuration file " + file.path());
-    }
+    EXPECT_EQ(tarn_test::FailureMessage([&] { config.LoadFile(file.path()); }),
+              "expected newline after definition of c in line 6 of " "configuration file " + file.path());
     EXPECT_EQ(config["a"].GetText(), "xy");
     EXPECT_EQ(config["b"].length(), 2u);
   }
