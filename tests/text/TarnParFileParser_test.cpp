@@ -113,19 +113,14 @@ TEST(TarnParFileParser, AddsTheDefaultExtension) {
   EXPECT_EQ(Read(dir.Wide("model"), "cmd"), (Blocks{{{"a", "bare"}}}));
 }
 
-TEST(TarnParFileParser, MissingFileThrows) {
+TEST(TarnParFileParser, MissingOrUnreadableFileThrows) {
   TempDir dir;
   ParLogCapture quiet;
+  dir.Write("sub.par/x", "");
   EXPECT_EQ(FailureOf(dir.Wide("absent"), "cmd"),
             "Parameter file \"" + dir / "absent.par" + "\" does not exist");
   EXPECT_EQ(FailureOf(dir.Wide("absent.txt"), "cmd"),
             "Parameter file \"" + dir / "absent.txt" + "\" does not exist");
-}
-
-TEST(TarnParFileParser, DirectoryCannotBeRead) {
-  TempDir dir;
-  ParLogCapture quiet;
-  dir.Write("sub.par/x", "");
   EXPECT_EQ(FailureOf(dir.Wide("sub.par"), "cmd"),
             "Error opening parameter file \"" + dir / "sub.par" + "\" for reading.");
 }

@@ -105,8 +105,6 @@ TEST(TarnStringUtilJoin, DumpBufferHex) {
 }
 
 TEST(TarnStringUtilJoin, BinToStringByte) {
-  EXPECT_EQ(TarnStringUtil::BinToString(static_cast<unsigned char>(0xA5)), " 1010 0101");
-  EXPECT_EQ(TarnStringUtil::BinToString(static_cast<unsigned char>(0)), " 0000 0000");
   for (int b = 0; b < 256; ++b) {
     SCOPED_TRACE(b);
     const std::string s = TarnStringUtil::BinToString(static_cast<unsigned char>(b));
