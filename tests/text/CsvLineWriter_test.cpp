@@ -1,5 +1,6 @@
 //===- CsvLineWriter_test.cpp - One CSV line in a fixed buffer --------------===//
 #include "TarnUtilities/text/CsvLineWriter.h"
+#include "text/CsvTestFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -38,20 +39,6 @@ double RandomFiniteDouble(std::mt19937_64& rng) {
     if (std::isfinite(x))
       return x;
   }
-}
-
-std::uint64_t Bits(double x) {
-  std::uint64_t bits;
-  std::memcpy(&bits, &x, sizeof bits);
-  return bits;
-}
-
-// Reads a token back with the C library, independent of the formatter.
-double ReadBack(const std::string& token) {
-  char* end = nullptr;
-  const double x = std::strtod(token.c_str(), &end);
-  EXPECT_EQ(*end, '\0') << "unparsed rest in '" << token << "'";
-  return x;
 }
 
 } // namespace
@@ -144,7 +131,7 @@ TEST(CsvLineWriter, FreeFormatRoundTripsEveryDouble) {
   for (std::size_t i = 0; i < written.size(); ++i) {
     const std::string token = line.GetLineTokens(static_cast<int>(i), static_cast<int>(i));
     SCOPED_TRACE(token);
-    EXPECT_EQ(Bits(ReadBack(token)), Bits(written[i]));
+    EXPECT_EQ(csvtest::Bits(csvtest::ParseDouble(token)), csvtest::Bits(written[i]));
   }
 }
 
@@ -347,9 +334,9 @@ TEST(CsvLineWriter, LongNumberTextsNeverPassTheEndOfTheBuffer) {
   large.AppendValue(1e300);
   ASSERT_EQ(large.GetNumTokens(), 4u);
   EXPECT_EQ(large.GetLineTokens(0, 0).size(), 102u);
-  EXPECT_NEAR(ReadBack(large.GetLineTokens(0, 0)), 3e-30, 1e-100);
-  EXPECT_EQ(ReadBack(large.GetLineTokens(1, 1)), 1e300);
-  EXPECT_EQ(ReadBack(large.GetLineTokens(2, 2)), -1.0 / 3.0);
+  EXPECT_NEAR(csvtest::ParseDouble(large.GetLineTokens(0, 0)), 3e-30, 1e-100);
+  EXPECT_EQ(csvtest::ParseDouble(large.GetLineTokens(1, 1)), 1e300);
+  EXPECT_EQ(csvtest::ParseDouble(large.GetLineTokens(2, 2)), -1.0 / 3.0);
   EXPECT_EQ(large.GetLineTokens(3, 3), "1" + std::string(300, '0') + ".0");
   // Random appends into random small lines: the sanitizer build checks the
   // bounds, the test checks the line stays a proper C string.
@@ -438,7 +425,7 @@ TEST(CsvLineWriter, SetValueAndSetListStartOver) {
   line.SetValue(2.5);
   EXPECT_STREQ(line.GetLine(), "2.5");
   line.SetValue(0.25, 8);
-  EXPECT_EQ(ReadBack(line.GetLine()), 0.25);
+  EXPECT_EQ(csvtest::ParseDouble(line.GetLine()), 0.25);
   EXPECT_EQ(line.GetNumTokens(), 1u);
 
   line.SetList(std::vector<int>{1, -2, 3});
