@@ -2,7 +2,7 @@
 # Installs the Debian packages the build needs, when any of them is missing.
 # Sourced by the other scripts; does nothing when everything is present.
 TARN_PACKAGES=(build-essential cmake pkg-config libace-dev libgtest-dev libgmock-dev
-               libbenchmark-dev gfortran libdragonbox-dev libfast-float-dev libconfig++-dev)
+               libbenchmark-dev libdragonbox-dev libfast-float-dev libconfig++-dev)
 
 tarn_install_deps() {
   local missing=()
