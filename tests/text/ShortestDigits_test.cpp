@@ -213,21 +213,3 @@ TEST(ShortestDigits, RandomBitPatternsMatchTheOracle) {
   }
 }
 
-TEST(ShortestDigits, FastPathAgreesWithBigNumbers) {
-  std::mt19937_64 rng(24);
-  for (int i = 0; i < 100000; ++i) {
-    const double x = FromBits(rng());
-    if (!std::isfinite(x) || x == 0)
-      continue;
-    const Sci fast = Ours(x, false), big = Ours(x, true);
-    ASSERT_EQ(fast.digits, big.digits);
-    ASSERT_EQ(fast.exponent, big.exponent);
-  }
-  // Short values with few digits.
-  for (int i = 1; i < 20000; ++i) {
-    const double x = i / 64.0 + i;
-    const Sci fast = Ours(x, false), big = Ours(x, true);
-    ASSERT_EQ(fast.digits, big.digits);
-    ASSERT_EQ(fast.exponent, big.exponent);
-  }
-}
