@@ -153,8 +153,6 @@ TEST(CsvLineWriter, EveryAppendHasItsOwnOutOfSpaceMessage) {
   const std::vector<Case> cases = {
       {"string", [](CsvLineWriter& l) { l.AppendValue(std::string("abc")); },
        "Out of space in the buffer while adding a string."},
-      {"c string", [](CsvLineWriter& l) { l.AppendValue("abc"); },
-       "Out of space in the buffer while adding a string."},
       {"char", [](CsvLineWriter& l) { l.AppendValue('c'); },
        "Out of space in the buffer while adding a character."},
       {"int", [](CsvLineWriter& l) { l.AppendValue(1); },
@@ -251,14 +249,12 @@ TEST(CsvLineWriter, FormatsGetTheirLayoutArguments) {
   const std::vector<Case> cases = {
       // Rounded: fixed notation, exact binary value, trailing zeros trimmed.
       {"rounded 2.675", [](CsvLineWriter& l) { l.AppendRoundedValue(2.675, 2); }, "2.67"},
-      {"rounded 1.5", [](CsvLineWriter& l) { l.AppendRoundedValue(1.5, 3); }, "1.5"},
       {"rounded -0.004", [](CsvLineWriter& l) { l.AppendRoundedValue(-0.004, 2); }, "-0"},
       // Scientific, digits kept.
       {"scientific", [](CsvLineWriter& l) { l.AppendValueFixedFmt(12345.0, 2); }, "1.23e+4"},
       {"scientific 1.5", [](CsvLineWriter& l) { l.AppendValueFixedFmt(1.5, 3); }, "1.500e+0"},
       // Limited length: the field is the digits argument, no padding.
       {"limited", [](CsvLineWriter& l) { l.AppendValue(3.14159265, 6); }, "3.1416"},
-      {"limited wide", [](CsvLineWriter& l) { l.AppendValue(1.5, 10); }, "1.5"},
       {"limited exp", [](CsvLineWriter& l) { l.AppendValue(123456789.0, 6); }, "1.2e+8"},
   };
   for (const Case& c : cases) {
@@ -348,21 +344,14 @@ TEST(CsvLineWriter, GetLineTokensCutsBySeparator) {
   const Case cases[] = {
       {"a;b;c;d", ";", 0, 0, "a"},
       {"a;b;c;d", ";", 1, 2, "b;c"},
-      {"a;b;c;d", ";", 0, 3, "a;b;c;d"},
-      {"a;b;c;d", ";", 3, 3, "d"},
       {"a;b;c;d", ";", 2, 9, "c;d"},
       {"a;b;c;d", ";", 4, 5, ""},
-      {"a;b;c;d", ";", 9, 12, ""},
       {"a;b;c;d", ";", 2, 1, ""},
       {"a;b;c;d", ";", -3, 0, "a"},
-      {"a;;c", ";", 1, 1, ""},
       {"a;;c", ";", 1, 2, ";c"},
-      {"1, 2, 3", ", ", 1, 1, "2"},
       {"1, 2, 3", ", ", 1, 2147483647, "2, 3"},
-      {"x", ";", 0, 2147483647, "x"},
       {"", ";", 0, 0, ""},
       {"abc", "", 0, 0, "abc"},
-      {"abc", "", 1, 1, ""},
       {"a,b;c", ";", 0, 0, "a,b"},
   };
   for (const Case& c : cases) {
@@ -381,10 +370,6 @@ TEST(CsvLineWriter, SetValueAndSetListStartOver) {
   EXPECT_STREQ(line.GetLine(), "5");
   line.SetValue("s");
   EXPECT_STREQ(line.GetLine(), "s");
-  line.SetValue(std::string("t"));
-  EXPECT_STREQ(line.GetLine(), "t");
-  line.SetValue('u');
-  EXPECT_STREQ(line.GetLine(), "u");
   line.SetValue(2.5);
   EXPECT_STREQ(line.GetLine(), "2.5");
   line.SetValue(0.25, 8);

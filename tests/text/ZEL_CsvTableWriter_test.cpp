@@ -127,18 +127,6 @@ TEST(ZEL_CsvTableWriter, WithoutALineNothingIsWritten) {
   EXPECT_FALSE(std::filesystem::exists(dir / "none.csv"));
 }
 
-TEST(ZEL_CsvTableWriter, CopiesShareTheLineButNotTheirState) {
-  TempDir dir;
-  CsvLineWriter line(100, ",");
-  FillLine(line, 3);
-  ZEL_CsvTableWriter table(dir / "s.csv", 5);
-  table.AppendCsv(line);
-  ZEL_CsvTableWriter copy(table);
-  EXPECT_EQ(copy.GetNumColumns(), 3);
-  copy.WriteToFile();
-  EXPECT_EQ(ReadFile(dir / "s.csv"), "c0,c1,c2\n");
-}
-
 TEST(ZEL_CsvTableWriter, MaximumBelowOneIsRefused) {
   for (int maximum : {0, -1}) {
     SCOPED_TRACE(maximum);
