@@ -156,28 +156,6 @@ TEST(TarnBigInteger, Pow2MultShiftsLikeInt128) {
   EXPECT_TRUE(zero.IsZero());
 }
 
-TEST(TarnBigInteger, Pow5MultMatchesRepeatedMultiplication) {
-  TarnBigInteger seven(1);
-  seven.Pow5Mult(7);
-  EXPECT_EQ(seven.ToUint64(), 78125u);
-  TarnBigInteger eight(1);
-  eight.Pow5Mult(8);
-  EXPECT_EQ(eight.ToUint64(), 390625u);
-
-  std::mt19937_64 rng(7);
-  for (int i = 0; i < 200; ++i) {
-    const uint64_t n = rng() % 3000;
-    const uint64_t start = rng();
-    SCOPED_TRACE(n);
-    TarnBigInteger v(start);
-    v.Pow5Mult(n);
-    TarnBigInteger slow(start);
-    for (uint64_t k = 0; k < n; ++k)
-      slow.MultAdd(5, 0);
-    EXPECT_EQ(v, slow);
-  }
-}
-
 TEST(TarnBigInteger, Pow5MultBeyondTheTableSquaresTheLastRecord) {
   // 16384 * 8 + 3 = 131075 has bit 14 of n / 8 set: past record 11.
   const uint64_t n = 16384 * 8 + 3;

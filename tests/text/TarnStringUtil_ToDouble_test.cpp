@@ -46,13 +46,4 @@ TEST(TarnStringUtilToDouble, NaNAndNullPointer) {
   EXPECT_EQ(out, 0.0);
 }
 
-TEST(TarnStringUtilToDouble, ReadsExactly) {
-  // The halfway case 2^53 + 1 and one just above it.
-  double out = 0.0;
-  ASSERT_EQ(TarnStringUtil::ToDouble("  9007199254740993", out), STATUS_OK);
-  EXPECT_EQ(out, 9007199254740992.0);
-  ASSERT_EQ(TarnStringUtil::ToDouble("  9007199254740993.00000000000000000000001", out), STATUS_OK);
-  EXPECT_EQ(out, 9007199254740994.0);
-}
-
 } // namespace

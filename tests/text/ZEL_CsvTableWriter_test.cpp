@@ -117,16 +117,6 @@ TEST(ZEL_CsvTableWriter, FirstLineFixesTheColumnsAndTheLastLineWins) {
   EXPECT_FALSE(std::filesystem::exists(dir / "w_2.csv"));
 }
 
-TEST(ZEL_CsvTableWriter, WithoutALineNothingIsWritten) {
-  TempDir dir;
-  ZEL_CsvTableWriter table(dir / "none.csv", 4);
-  table.WriteToFile();
-  EXPECT_FALSE(std::filesystem::exists(dir / "none.csv"));
-  ZEL_CsvTableWriter copy(table);
-  copy.WriteToFile();
-  EXPECT_FALSE(std::filesystem::exists(dir / "none.csv"));
-}
-
 TEST(ZEL_CsvTableWriter, MaximumBelowOneIsRefused) {
   for (int maximum : {0, -1}) {
     SCOPED_TRACE(maximum);
