@@ -95,13 +95,10 @@ TEST(ZEL_ConfigFileErrors, EveryMessage) {
 }
 
 TEST(ZEL_ConfigFileErrors, IntegerOverflowFails) {
-  auto outOfRange = [](const char* text) -> Error {
-    static std::string message; // lives until the case is checked
-    message = std::string("integer constant ") + text +
-              " out of range in line # of configuration file t.cfg";
-    return {message.c_str(), "150230040507"};
-  };
-  CheckCases({{"a = 1\nb = [0, -2147483649]", outOfRange("-2147483649"), 2}});
+  CheckCases({{"a = 1\nb = [0, -2147483649]",
+               {"integer constant -2147483649 out of range in line # of configuration file t.cfg",
+                "150230040507"},
+               2}});
   // Written as a double, the same value is fine.
   ZEL_ConfigFile config;
   config.LoadText("a = 2147483648.0\nb = 00000000000000000000000000000042\n", "t.cfg");
