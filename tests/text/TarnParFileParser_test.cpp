@@ -37,11 +37,16 @@ std::string FailureOf(const std::u16string& file, const std::string& command,
   return "no failure";
 }
 
+// Every test gets a scratch directory and captures the log lines.
+class ParFileParserTest : public ::testing::Test {
+protected:
+  TempDir dir;
+  ParLogCapture log;
+};
+
 } // namespace
 
-TEST(TarnParFileParser, ReadsEveryBlockOfTheCommand) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileParserTest, ReadsEveryBlockOfTheCommand) {
   dir.Write("m.par", "! solver settings\nSOLVER\nMethod = Newton   ! the default\ntolerance=1e-6\n"
                      "END_\nOTHER\nx = 1\nEND_\nsolver extra words are ignored\n"
                      "title = \"Second Run\"   \nlabel = 'Single'\nempty =\n"
@@ -57,9 +62,7 @@ TEST(TarnParFileParser, ReadsEveryBlockOfTheCommand) {
   EXPECT_THAT(Read(dir.Wide("m.par"), ""), IsEmpty());
 }
 
-TEST(TarnParFileParser, CommentAndEndLines) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileParserTest, CommentAndEndLines) {
   dir.Write("m.par", "CMD\n\n   \t\n! bang\n# hash\n$ dollar\n** stars\n   ! indented comment\n"
                      "com a Fortran-style comment\nC another one\nc = 5\nCOM= 6\nEND_\n"
                      "cmd\nb = 2\n  end_ trailing words\nCMD\nc = 3\nEND_CMD\n");
@@ -67,9 +70,7 @@ TEST(TarnParFileParser, CommentAndEndLines) {
             (Blocks{{{"c", "5"}, {"com", "6"}}, {{"b", "2"}}, {{"c", "3"}}}));
 }
 
-TEST(TarnParFileParser, AddsTheDefaultExtension) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileParserTest, AddsTheDefaultExtension) {
   dir.Write("model.par", "CMD\na = par\nEND_\n");
   EXPECT_EQ(Read(dir.Wide("model"), "cmd"), (Blocks{{{"a", "par"}}}));
   // A file without extension that exists is read as named.
@@ -77,9 +78,7 @@ TEST(TarnParFileParser, AddsTheDefaultExtension) {
   EXPECT_EQ(Read(dir.Wide("model"), "cmd"), (Blocks{{{"a", "bare"}}}));
 }
 
-TEST(TarnParFileParser, MissingOrUnreadableFileThrows) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileParserTest, MissingOrUnreadableFileThrows) {
   dir.Write("sub.par/x", "");
   EXPECT_EQ(FailureOf(dir.Wide("absent"), "cmd"),
             "Parameter file \"" + dir / "absent.par" + "\" does not exist");
@@ -87,13 +86,8 @@ TEST(TarnParFileParser, MissingOrUnreadableFileThrows) {
             "Error opening parameter file \"" + dir / "sub.par" + "\" for reading.");
 }
 
-TEST(TarnParFileParser, SyntaxErrorsInBlocksThrow) {
-  TempDir dir;
-  ParLogCapture quiet;
-  struct Case {
-    const char* line;
-    const char* messageStart;
-  };
+TEST_F(ParFileParserTest, SyntaxErrorsInBlocksThrow) {
+  struct Case { const char* line; const char* messageStart; };
   const Case cases[] = {
       {"key value", "'=' expected in line\n    "},
       {"include, other.par", "'=' expected in line\n    "},
@@ -109,9 +103,7 @@ TEST(TarnParFileParser, SyntaxErrorsInBlocksThrow) {
   }
 }
 
-TEST(TarnParFileParser, LongLinesAreQuotedShortInMessages) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileParserTest, LongLinesAreQuotedShortInMessages) {
   const std::string line = "key " + std::string(20000, 'x');
   dir.Write("m.par", "CMD\n" + line + "\nEND_\n");
   EXPECT_EQ(FailureOf(dir.Wide("m.par"), "cmd"),
@@ -119,9 +111,7 @@ TEST(TarnParFileParser, LongLinesAreQuotedShortInMessages) {
                 dir / "m.par" + "\".");
 }
 
-TEST(TarnParFileParser, MissingEndThrows) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileParserTest, MissingEndThrows) {
   dir.Write("m.par", "CMD\na = 1\n");
   EXPECT_EQ(FailureOf(dir.Wide("m.par"), "cmd"),
             "End of file reached before END_ command is found in file \"" + dir / "m.par" +
@@ -134,9 +124,7 @@ TEST(TarnParFileParser, MissingEndThrows) {
                 "\".");
 }
 
-TEST(TarnParFileParser, UnterminatedQuoteGivesAnEmptyValueAndAWarning) {
-  TempDir dir;
-  ParLogCapture log;
+TEST_F(ParFileParserTest, UnterminatedQuoteGivesAnEmptyValueAndAWarning) {
   dir.Write("m.par", "CMD\na = \"open\nb = 'x\nEND_\n");
   EXPECT_EQ(Read(dir.Wide("m.par"), "cmd"), (Blocks{{{"a", ""}, {"b", ""}}}));
   const std::string file =
@@ -146,9 +134,7 @@ TEST(TarnParFileParser, UnterminatedQuoteGivesAnEmptyValueAndAWarning) {
                           "Closing quote missing in line\n    b = 'x\n" + file));
 }
 
-TEST(TarnParFileParser, IncludesAreReadAtTheirPlace) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileParserTest, IncludesAreReadAtTheirPlace) {
   // Included by absolute name, beside the including file, through the
   // directory list (first match wins), nested, with and without extension.
   dir.Write("main.par", "CMD\nat = main1\nEND_\ninclude, " +
@@ -171,9 +157,7 @@ TEST(TarnParFileParser, IncludesAreReadAtTheirPlace) {
                     {{"at", "main2"}}}));
 }
 
-TEST(TarnParFileParser, IncludeProblemsAreWarnings) {
-  TempDir dir;
-  ParLogCapture log;
+TEST_F(ParFileParserTest, IncludeProblemsAreWarnings) {
   dir.Write("main.par", "include, missing.par\ninclude\ninclude, \"unterminated\nincludes, x.par\n"
                         "CMD\na = 1\nEND_\n");
   EXPECT_EQ(Read(dir.Wide("main.par"), "cmd"), (Blocks{{{"a", "1"}}}));
@@ -183,9 +167,7 @@ TEST(TarnParFileParser, IncludeProblemsAreWarnings) {
                           "'include' command syntax error (include, \"unterminated)"));
 }
 
-TEST(TarnParFileParser, IncludeCyclesThrow) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileParserTest, IncludeCyclesThrow) {
   dir.Write("a.par", "include, b.par\n");
   dir.Write("b.par", "include, sub/c\n");
   dir.Write("sub/c.par", "include, ../b.par\n");
@@ -194,9 +176,7 @@ TEST(TarnParFileParser, IncludeCyclesThrow) {
                 "\" -> \"" + dir / "sub/c.par" + "\" -> \"" + dir / "sub/../b.par" + "\"");
 }
 
-TEST(TarnParFileParser, IncludeDepthIsBounded) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileParserTest, IncludeDepthIsBounded) {
   const int files = TarnParFileParser::kMaxIncludeDepth + 2;
   for (int i = 0; i < files; ++i)
     dir.Write("f" + std::to_string(i) + ".par", "include, f" + std::to_string(i + 1) + ".par\n");
@@ -209,9 +189,7 @@ TEST(TarnParFileParser, IncludeDepthIsBounded) {
   EXPECT_EQ(Read(dir.Wide("f0.par"), "cmd").size(), 1u);
 }
 
-TEST(TarnParFileParser, IncludedFilesAreCounted) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileParserTest, IncludedFilesAreCounted) {
   // Every level includes the next one twice: 2 + 4 + ... + 2^14 files.
   constexpr int kLevels = 14;
   for (int i = 0; i < kLevels; ++i) {
@@ -227,9 +205,7 @@ TEST(TarnParFileParser, IncludedFilesAreCounted) {
   EXPECT_EQ(Read(dir.Wide("f" + std::to_string(kLevels - 3) + ".par"), "cmd").size(), 8u);
 }
 
-TEST(TarnParFileParser, LogsEveryFileAtDebugLevel) {
-  TempDir dir;
-  ParLogCapture log;
+TEST_F(ParFileParserTest, LogsEveryFileAtDebugLevel) {
   dir.Write("main.par", "include, sub.par\n");
   dir.Write("sub.par", "include, leaf.par\n");
   dir.Write("leaf.par", "");
@@ -248,15 +224,9 @@ TEST(TarnParFileParser, LogsEveryFileAtDebugLevel) {
     EXPECT_EQ(line.header, "TarnUtilities|TarnParFileParser");
 }
 
-TEST(TarnParFileParser, LineEndsNulBytesAndLongLines) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileParserTest, LineEndsNulBytesAndLongLines) {
   const std::string longValue(50000, 'z');
-  struct Case {
-    const char* name;
-    std::string text;
-    Blocks expected;
-  };
+  struct Case { const char* name; std::string text; Blocks expected; };
   static const char kNul[] = "CMD\na = 1\0 ignored\n\0\nEND_\n";
   const Case cases[] = {
       {"CR LF", "CMD\r\na = 1\r\nEND_\r\n", {{{"a", "1"}}}},
@@ -274,9 +244,7 @@ TEST(TarnParFileParser, LineEndsNulBytesAndLongLines) {
   }
 }
 
-TEST(TarnParFileParser, BinaryGarbageEitherReadsOrFailsCleanly) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileParserTest, BinaryGarbageEitherReadsOrFailsCleanly) {
   std::mt19937 random(4711);
   for (int round = 0; round < 30; ++round) {
     std::string bytes(2048, '\0');

@@ -45,11 +45,16 @@ const char* const kModel = "! model\nignored = 1\n1 2 3\nsave, before\nEND_\nWIN
                            "span = 12.5, 3\nChord = 2\n1.0 2.0\nf(x)\nexit\nEND_WING\nbetween = 7\n"
                            "wing\nid_name = right\nSPAN = 11\nend_\nTAIL\narea = 4\nEND_\n";
 
+// Every test gets a scratch directory and captures the log lines.
+class ParFileTest : public ::testing::Test {
+protected:
+  TempDir dir;
+  ParLogCapture log;
+};
+
 } // namespace
 
-TEST(TarnParFile, GroupsCommandsAndIgnoresLinesOutsideThem) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileTest, GroupsCommandsAndIgnoresLinesOutsideThem) {
   const TarnParFile file = ParseText(dir, kModel);
   EXPECT_THAT(Outline(file),
               ElementsAre("command WING id Left", "  5 ID_NAME [ID_NAME;Left;]",
@@ -61,9 +66,7 @@ TEST(TarnParFile, GroupsCommandsAndIgnoresLinesOutsideThem) {
   EXPECT_EQ(file.getFileName(), dir.Wide("m.par"));
 }
 
-TEST(TarnParFile, FindsCommandsByNameAndIdentifier) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileTest, FindsCommandsByNameAndIdentifier) {
   const TarnParFile file = ParseText(dir, kModel);
 
   const std::vector<TarnParCommand> wings = file.getParCommands("Wing");
@@ -79,9 +82,7 @@ TEST(TarnParFile, FindsCommandsByNameAndIdentifier) {
   EXPECT_EQ(file.findParCommandIdName(""), nullptr);
 }
 
-TEST(TarnParFile, MissingIdentifierThrows) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileTest, MissingIdentifierThrows) {
   const TarnParFile file = ParseText(dir, kModel);
   try {
     file.getParCommandIdName("nose");
@@ -93,17 +94,12 @@ TEST(TarnParFile, MissingIdentifierThrows) {
   }
 }
 
-TEST(TarnParFile, SubCommandValues) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileTest, SubCommandValues) {
   const TarnParFile file = ParseText(dir, "CMD\nsingle\nkey = a, b = c , d\nonly =\n7 8 9\nEND_\n");
   const TarnParCommand& command = *file.begin();
   const std::vector<TarnParSubCommand>& subs = command.getSubCommands();
   ASSERT_EQ(subs.size(), 4u);
-  struct Case {
-    std::size_t index;
-    const char* valueLine;
-  };
+  struct Case { std::size_t index; const char* valueLine; };
   for (const Case& c :
        {Case{0, "single"}, Case{1, "a, b = c , d"}, Case{2, ""}, Case{3, "7 8 9"}}) {
     SCOPED_TRACE(subs[c.index].getLine());
@@ -117,9 +113,7 @@ TEST(TarnParFile, SubCommandValues) {
   EXPECT_THAT(command.getSubCommands("nothing"), IsEmpty());
 }
 
-TEST(TarnParFile, ListSwallowsTheRestOfItsBlock) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileTest, ListSwallowsTheRestOfItsBlock) {
   const TarnParFile file = ParseText(dir, "OUTPUT\nID_NAME = out\nformat = vtk\nLIST_BEGIN\n"
                                           "density\n! a comment inside the list\n"
                                           "stress = von_mises, 2\nOTHER_COMMAND\n"
@@ -133,9 +127,7 @@ TEST(TarnParFile, ListSwallowsTheRestOfItsBlock) {
                           "command EMPTY_LIST id ", "  7 list_begin []"));
 }
 
-TEST(TarnParFile, SkipsCommentAndUndefinedLinesInsideBlocks) {
-  TempDir dir;
-  ParLogCapture log;
+TEST_F(ParFileTest, SkipsCommentAndUndefinedLinesInsideBlocks) {
   const TarnParFile file = ParseText(dir, "CMD\n! comment\n** stars\nCOMMENT text\n--- ...\na = 1\n"
                                           "END_\n");
   EXPECT_THAT(Outline(file), ElementsAre("command CMD id ", "  4 a [a;1;]"));
@@ -143,9 +135,7 @@ TEST(TarnParFile, SkipsCommentAndUndefinedLinesInsideBlocks) {
               ElementsAre("Line # 5 has an undefined contents. Ignoring."));
 }
 
-TEST(TarnParFile, CommandWithoutEndIsDroppedWithAWarning) {
-  TempDir dir;
-  ParLogCapture log;
+TEST_F(ParFileTest, CommandWithoutEndIsDroppedWithAWarning) {
   const TarnParFile file = ParseText(dir, "FIRST\na = 1\nEND_\n\nSECOND\nb = 2\n");
   EXPECT_THAT(Outline(file), ElementsAre("command FIRST id ", "  4 a [a;1;]"));
   EXPECT_THAT(log.Messages("WARNING"),
@@ -153,13 +143,9 @@ TEST(TarnParFile, CommandWithoutEndIsDroppedWithAWarning) {
                           "' has no END_ line. Ignoring it."));
 }
 
-TEST(TarnParFile, UnreadableFileThrows) {
-  TempDir dir;
+TEST_F(ParFileTest, UnreadableFileThrows) {
   dir.Write("folder.par/inside", "");
-  struct Case {
-    const char* name;
-    const char* systemText;
-  };
+  struct Case { const char* name; const char* systemText; };
   for (const Case& c :
        {Case{"absent.par", "No such file or directory"}, Case{"folder.par", "Is a directory"}}) {
     SCOPED_TRACE(c.name);
@@ -177,9 +163,7 @@ TEST(TarnParFile, UnreadableFileThrows) {
   }
 }
 
-TEST(TarnParFile, LogsParsingAndDumpsEveryLevel) {
-  TempDir dir;
-  ParLogCapture log;
+TEST_F(ParFileTest, LogsParsingAndDumpsEveryLevel) {
   const TarnParFile file = ParseText(dir, "CMD\nID_NAME = one\nk = v\nEND_\n");
   EXPECT_THAT(log.Messages("DEBUG"), ::testing::Contains("Parsing " + dir / "m.par"));
   log.lines.clear();
@@ -193,9 +177,7 @@ TEST(TarnParFile, LogsParsingAndDumpsEveryLevel) {
                                 "TRACE TarnUtilities|ParSubCommand Dumping: k = v"));
 }
 
-TEST(TarnParFile, BinaryGarbageDoesNotBreakParsing) {
-  TempDir dir;
-  ParLogCapture quiet;
+TEST_F(ParFileTest, BinaryGarbageDoesNotBreakParsing) {
   std::mt19937 random(77);
   for (int round = 0; round < 20; ++round) {
     std::string bytes(4096, '\0');

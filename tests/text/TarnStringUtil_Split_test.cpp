@@ -56,10 +56,7 @@ TEST(TarnStringUtilSplit, RandomTextsAgreeWithBruteForce) {
 }
 
 TEST(TarnStringUtilSplit, SplitPairSkipsOneCharacter) {
-  struct Case {
-    std::string in, sep, first, second;
-    ZelStatusCode status;
-  };
+  struct Case { std::string in, sep, first, second; ZelStatusCode status; };
   const Case cases[] = {
       {"key==value", "==", "key", "=value", STATUS_OK},
       {"a::b::c", "::", "a", ":b::c", STATUS_OK},

@@ -17,10 +17,7 @@ const char* const kSyntaxHeader = "[%T|%n|%P|LIBUTIL|TarnStringUtil] ";
 
 /// An expected failure: its exact message, where '#' stands for the line
 /// number of the case, and its code.
-struct Error {
-  const char* message;
-  const char* code;
-};
+struct Error { const char* message; const char* code; };
 
 const Error kUnterminated = {
     "unterminated string constant in configuration file t.cfg (line #)", "145528040507"};
@@ -48,11 +45,7 @@ const Error kEndAtValue = {"unexpected end of configuration file t.cfg", "145900
 const Error kEndAfterItem = {"unexpected end of configuration file t.cfg", "145950040507"};
 const Error kEndAfterComma = {"unexpected end of configuration file t.cfg", "145920040507"};
 
-struct Case {
-  const char* text;
-  Error error;
-  int line;
-};
+struct Case { const char* text; Error error; int line; };
 
 void CheckCases(std::initializer_list<Case> cases) {
   for (const Case& c : cases) {

@@ -27,10 +27,7 @@ std::string Printed(const ZEL_ConfigFileItem& item) {
   return out.str();
 }
 
-struct Expected {
-  const char* message;
-  const char* code;
-};
+struct Expected { const char* message; const char* code; };
 
 void ExpectFailure(const std::function<void()>& action, const Expected& expected) {
   try {
