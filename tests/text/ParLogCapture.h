@@ -44,12 +44,6 @@ public:
   ParLogCapture(const ParLogCapture&) = delete;
   ParLogCapture& operator=(const ParLogCapture&) = delete;
 
-  /// Stops lines of the given priority from being written.
-  void Disable(ACE_Log_Priority priority) {
-    ACE_Log_Msg* msg = ACE_Log_Msg::instance();
-    msg->priority_mask(msg->priority_mask(ACE_Log_Msg::PROCESS) & ~static_cast<u_long>(priority),
-                       ACE_Log_Msg::PROCESS);
-  }
 
   void log(ACE_Log_Record& record) override {
     const std::string text = record.msg_data();

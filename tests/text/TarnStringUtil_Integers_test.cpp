@@ -28,17 +28,12 @@ std::string Oracle(T v) {
 } // namespace
 
 TEST(TarnStringUtilIntegers, SignedTextMatchesToChars) {
-  const int ints[] = {0, 1, -1, 9, 10, -10, 123456, -987654, INT_MAX, INT_MIN + 1};
+  const int ints[] = {0, -10, 123456, INT_MAX, INT_MIN + 1};
   for (int v : ints) {
     SCOPED_TRACE(v);
     EXPECT_EQ(TarnStringUtil::String(v), Oracle(v));
     std::string s = "x=";
     EXPECT_EQ(TarnStringUtil::Append(s, v), "x=" + Oracle(v));
-  }
-  const std::int64_t longs[] = {0, -1, INT64_C(1) << 40, INT64_MAX, INT64_MIN + 1};
-  for (std::int64_t v : longs) {
-    SCOPED_TRACE(v);
-    EXPECT_EQ(TarnStringUtil::String(v), Oracle(v));
   }
 }
 
@@ -54,7 +49,6 @@ TEST(TarnStringUtilIntegers, UnsignedText) {
   EXPECT_EQ(TarnStringUtil::String(0u), "0");
   EXPECT_EQ(TarnStringUtil::String(UINT_MAX), "4294967295");
   EXPECT_EQ(TarnStringUtil::String(UINT64_MAX), "18446744073709551615");
-  EXPECT_EQ(TarnStringUtil::String(std::uint64_t{42}), "42");
   std::string s = "old";
   EXPECT_EQ(TarnStringUtil::AssignSize(s, UINT64_MAX), "18446744073709551615");
   EXPECT_EQ(TarnStringUtil::AssignSize(s, 0), "0");
@@ -65,7 +59,6 @@ TEST(TarnStringUtilIntegers, ListsEndWithASpace) {
   EXPECT_EQ(TarnStringUtil::String(std::list<int>{}), "");
   const int a[] = {7, 0, -30};
   EXPECT_EQ(TarnStringUtil::String(a, 3), "7 0 -30 ");
-  EXPECT_EQ(TarnStringUtil::String(a, 1), "7 ");
   EXPECT_EQ(TarnStringUtil::String(a, 0), "");
   EXPECT_EQ(TarnStringUtil::String(static_cast<const int*>(nullptr), 3), "");
 }
@@ -75,28 +68,21 @@ TEST(TarnStringUtilIntegers, ToIntLenientRules) {
   const Case cases[] = {
       {"  -42xyz", -42, STATUS_OK},
       {"+", 0, STATUS_OK},   // a lone sign counts as read
-      {"-", 0, STATUS_OK},
       {" -x", 0, STATUS_OK},
       {"+-3", 0, STATUS_OK},
       {"abc", 0, ERR_NOT_FOUND},
       {"", 0, ERR_NOT_FOUND},
       {" \t\n\v\f\r", 0, ERR_NOT_FOUND},
-      {"12abc", 12, STATUS_OK},
       {"\t\n\v\f\r 7", 7, STATUS_OK},
-      {"1 2", 1, STATUS_OK},
       {"007", 7, STATUS_OK},
-      {"+15", 15, STATUS_OK},
       {"0x1F", 0, STATUS_OK},
       {"\xB2", 0, ERR_NOT_FOUND}, // high bytes are not digits
       {"4\xD9\xA3", 4, STATUS_OK},
       {"\x1C" "5", 0, ERR_NOT_FOUND}, // 0x1C is not blank
       // Wrap-around in 32 bits
-      {"2147483647", INT_MAX, STATUS_OK},
-      {"-2147483648", INT_MIN, STATUS_OK},
       {"2147483648", INT_MIN, STATUS_OK},
       {"4294967295", -1, STATUS_OK},
       {"4294967296", 0, STATUS_OK},
-      {"4294967297", 1, STATUS_OK},
       {"-4294967297", -1, STATUS_OK},
   };
   for (const Case& c : cases) {
@@ -119,12 +105,9 @@ TEST(TarnStringUtilIntegers, ToInt64LenientRules) {
       {"  -42xyz", -42, STATUS_OK},
       {"+", 0, STATUS_OK},
       {"", 0, ERR_NOT_FOUND},
-      {"9223372036854775807", INT64_MAX, STATUS_OK},
-      {"-9223372036854775808", INT64_MIN, STATUS_OK},
       {"9223372036854775808", INT64_MIN, STATUS_OK},
       {"18446744073709551615", -1, STATUS_OK},
       {"18446744073709551616", 0, STATUS_OK},
-      {"4294967296", INT64_C(4294967296), STATUS_OK},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.in);

@@ -29,10 +29,8 @@ TEST(TarnStringUtilQuote, ExtendPutsAffixesInsideQuotes) {
       {"abc", "xabcy"},
       {"  \t\"abc\" \r\n", "\"xabcy\""}, // blanks around the quotes go first
       {"\" a \"", "\"x a y\""},          // blanks inside the quotes stay
-      {"\"\"", "\"xy\""},
       {"\"", "x\"y"},                    // one quote is not a quoted string
       {"", "xy"},
-      {"   ", "xy"},
       {"\"ab", "x\"aby"},
   };
   for (const Case& c : cases) {
@@ -54,9 +52,7 @@ TEST(TarnStringUtilQuote, TruncateKeepsClosingQuote) {
   struct Case { const char* in; std::size_t n; const char* out; };
   const Case cases[] = {
       {"\"abcdef\"", 5, "\"abc\""},
-      {"abcdef", 3, "abc"},
       {"\"abcdef\"", 8, "\"abcdef\""}, // not longer than n: unchanged
-      {"\"abcdef\"", 20, "\"abcdef\""},
       {"\"abcdef\"", 0, ""},
       {"\"abcdef\"", 1, "\""},
       {"\"abc", 2, "\"a"},             // not quoted: plain cut

@@ -21,30 +21,6 @@ std::string TrimmedRight(std::string s) { return TarnStringUtil::TrimRight(s); }
 
 } // namespace
 
-TEST(TarnStringUtilTrim, WhiteSpaceSets) {
-  EXPECT_STREQ(TarnStringUtil::WHITE_SPACES_ALL, " \t\n\v\r\f");
-  EXPECT_STREQ(TarnStringUtil::WHITE_SPACES_DELIMITERS, " \t");
-}
-
-TEST(TarnStringUtilTrim, TrimLeftRightAndBoth) {
-  struct Case { const char* in; const char* both; const char* left; const char* right; };
-  const Case cases[] = {
-      {"", "", "", ""},
-      {"   ", "", "", "   "}, // TrimRight leaves an all-blank string alone
-      {"\r\n", "", "", "\r\n"},
-      {"x", "x", "x", "x"},
-      {"  a b  ", "a b", "a b  ", "  a b"},
-      {"\t\f\va\v\f\r\n", "a", "a\v\f\r\n", "\t\f\va"},
-      {"a \x1C", "a \x1C", "a \x1C", "a \x1C"}, // 0x1C is no white space
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::PrintToString(std::string(c.in)));
-    EXPECT_EQ(Trimmed(c.in), c.both);
-    EXPECT_EQ(TrimmedLeft(c.in), c.left);
-    EXPECT_EQ(TrimmedRight(c.in), c.right);
-  }
-}
-
 TEST(TarnStringUtilTrim, RemovesExactlyTheSixWhiteSpaces) {
   for (int c = 1; c < 256; ++c) {
     SCOPED_TRACE(c);
@@ -54,6 +30,10 @@ TEST(TarnStringUtilTrim, RemovesExactlyTheSixWhiteSpaces) {
     EXPECT_EQ(TrimmedLeft(in), IsWhiteAll(c) ? "x" + ch : in);
     EXPECT_EQ(TrimmedRight(in), IsWhiteAll(c) ? ch + "x" : in);
   }
+  EXPECT_EQ(Trimmed("  a b  "), "a b");
+  EXPECT_EQ(Trimmed(""), "");
+  EXPECT_EQ(TrimmedLeft("   "), "");
+  EXPECT_EQ(TrimmedRight("   "), "   "); // TrimRight leaves an all-blank string alone
 }
 
 TEST(TarnStringUtilTrim, TrimWithSet) {
@@ -71,8 +51,6 @@ TEST(TarnStringUtilTrim, TrimContainersKeepsOrder) {
   std::list<std::string> l = {" a", "b\t", "  ", "c"};
   TarnStringUtil::Trim(l);
   EXPECT_EQ(l, (std::list<std::string>{"a", "b", "", "c"}));
-  std::vector<std::string> v = {"\n1\n", "", " 2 "};
-  EXPECT_EQ(TarnStringUtil::Trim(v), (std::vector<std::string>{"1", "", "2"}));
 }
 
 TEST(TarnStringUtilTrim, ChopFamily) {

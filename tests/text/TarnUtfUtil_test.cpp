@@ -26,27 +26,20 @@ TEST(TarnUtfUtil, ValidityChecksStructureOnly) {
   struct Case { std::string text; bool valid; };
   const Case cases[] = {
       {"", true},
-      {"plain ascii", true},
       {"\xC3\xA9", true},
-      {"\xE2\x82\xAC", true},
       {"\xF0\x9F\x98\x80", true},
       // Structurally fine although a strict decoder rejects them
       {"\xC0\x80", true},          // overlong
       {"\xED\xA0\x80", true},      // encoded surrogate
       {"\xF4\x90\x80\x80", true},  // above U+10FFFF
-      {"\xF7\xBF\xBF\xBF", true},
       // Bad continuation or cut short
       {"\xC3\x41", false},
       {"\xE2\x82", false},
-      {"ok\xE2\x82", false},
-      {"\xF0\x9F\x98", false},
       {"\xE2\x82\xAC\xC3", false},
       // Bytes that cannot lead a sequence
       {"\x80", false},
-      {"a\xBFz", false},
       {"\xC3\xA9\xA9", false},
       {"\xF8\x80\x80\x80\x80", false},
-      {"\xFF", false},
       {std::string("\0\xC3\xA9", 3), true},
   };
   for (const Case& c : cases) {

@@ -17,10 +17,7 @@ const char* const kSyntaxHeader = "[%T|%n|%P|LIBUTIL|TarnStringUtil] ";
 
 /// An expected failure: its exact message, where '#' stands for the line
 /// number of the case, and its code.
-struct Error {
-  const char* message;
-  const char* code;
-};
+struct Error { const char* message; const char* code; };
 
 const Error kUnterminated = {
     "unterminated string constant in configuration file t.cfg (line #)", "145528040507"};
@@ -39,9 +36,6 @@ const Error kMissingEquals = {"Missing = character in line # of configuration fi
 const Error kNewlineAfterA = {
     "expected newline after definition of a in line # of configuration file t.cfg",
     "145802040507"};
-const Error kNewlineAfterB = {
-    "expected newline after definition of b in line # of configuration file t.cfg",
-    "145802040507"};
 const Error kUnexpectedEquals = {"unexpected character = in line # of configuration file t.cfg",
                                  "150155040507"};
 const Error kUnknownType = {"unknown token type in ConfigFile class", "150155040507"};
@@ -51,11 +45,7 @@ const Error kEndAtValue = {"unexpected end of configuration file t.cfg", "145900
 const Error kEndAfterItem = {"unexpected end of configuration file t.cfg", "145950040507"};
 const Error kEndAfterComma = {"unexpected end of configuration file t.cfg", "145920040507"};
 
-struct Case {
-  const char* text;
-  Error error;
-  int line;
-};
+struct Case { const char* text; Error error; int line; };
 
 void CheckCases(std::initializer_list<Case> cases) {
   for (const Case& c : cases) {
@@ -73,92 +63,35 @@ void CheckCases(std::initializer_list<Case> cases) {
 }
 } // namespace
 
-TEST(ZEL_ConfigFileErrors, LexicalErrors) {
+// One row per message; '#' in the message stands for the line of the row.
+TEST(ZEL_ConfigFileErrors, EveryMessage) {
   CheckCases({
-      // Unterminated string constants
-      {"a = \"abc\n", kUnterminated, 1},
-      {"a = 'abc\"\n", kUnterminated, 1},
       {"a = 1\n\nb = 'x\\'", kUnterminated, 3},
-      {"a = 'ab\\\ncd\n", kUnterminated, 2},
       {"a = 'ab\\", kUnterminatedAtEnd, 0},
-      {"a = 'ab\\\ncd\\", kUnterminatedAtEnd, 0},
-      // Numbers without digits
-      {"a = +", kNoDigits, 1},
-      {"a = -x", kNoDigits, 1},
-      {"a = .", kNoDigits, 1},
-      {"a = +.e5", kNoDigits, 1},
       {"\na = 1e", kNoDigits, 2},
-      {"a = 1e+", kNoDigits, 1},
-      {"a = 2.5E-x", kNoDigits, 1},
-      {"a = [1, 2, -]", kNoDigits, 1},
-      // Characters that start no token
       {"\n\na = $\n", kUnknownToken, 3},
-      {"a = 1;", kUnknownToken, 1},
-      {"a = {1}", kUnknownToken, 1},
-      {"a : 1", kUnknownToken, 1},
-      {"a = \xc3\xa9", kUnknownToken, 1},
-      {"a = \x01", kUnknownToken, 1},
-      {"caf\xc3\xa9 = 1", kUnknownToken, 1},
       // A lexical error anywhere wins over a syntax error earlier in the file.
       {"1 = 2\nb = @", kUnknownToken, 2},
-  });
-}
-
-TEST(ZEL_ConfigFileErrors, DefinitionErrors) {
-  CheckCases({
-      {"1 = 2", kNoIdentifier, 1},
       {"\n\n= 2", kNoIdentifier, 3},
-      {"'a' = 1", kNoIdentifier, 1},
-      {"a = 1\n[b] = 1", kNoIdentifier, 2},
       {"a = 1\nb = 2\na = 3", kRedefinedA, 3},
       {"a = 1\na", kRedefinedA, 2}, // redefinition is found before the missing "="
-      {"a 1", kMissingEquals, 1},
-      {"a\nb = 1", kMissingEquals, 1},
       {"x = 0\n\nabc", kMissingEquals, 3},
       {"a = 1 2", kNewlineAfterA, 1},
-      {"a = x y", kNewlineAfterA, 1},
-      {"a = [1]\nb = [2] [3]", kNewlineAfterB, 2},
-      {"a = 1.5.3", kNewlineAfterA, 1},
-      {"a = 1 = 2", kNewlineAfterA, 1},
-      {"a = 1e5e", kNewlineAfterA, 1},
-      {"a = 'x''y'", kNewlineAfterA, 1},
-  });
-}
-
-TEST(ZEL_ConfigFileErrors, ValueErrors) {
-  CheckCases({
-      {"a = = 1", kUnexpectedEquals, 1},
       {"a = [1,\n=]", kUnexpectedEquals, 2},
       {"a =", kUnknownType, 0},
-      {"a = ]", kUnknownType, 0},
-      {"a = ,", kUnknownType, 0},
-      {"a = [,]", kUnknownType, 0},
-      {"a = [1,]", kUnknownType, 0},
-      {"a = [1,,2]", kUnknownType, 0},
-      {"a = [1 2]", kExpectedComma, 1},
       {"a = [1,\n2\n3]", kExpectedComma, 3},
-      {"a = [[1] [2]]", kExpectedComma, 1},
-      {"a = [1 = 2]", kExpectedComma, 1},
       // Unbalanced brackets: three places where the tokens can run out
       {"a = [", kEndAtValue, 0},
-      {"a = [\n\n", kEndAtValue, 0},
       {"a = [1", kEndAfterItem, 0},
-      {"a = [[1], [2]\n\n", kEndAfterItem, 0},
       {"a = [1,", kEndAfterComma, 0},
-      {"a = [1,\n", kEndAfterComma, 0},
   });
 }
 
 TEST(ZEL_ConfigFileErrors, IntegerOverflowFails) {
-  auto outOfRange = [](const char* text) -> Error {
-    static std::string message; // lives until the case is checked
-    message = std::string("integer constant ") + text +
-              " out of range in line # of configuration file t.cfg";
-    return {message.c_str(), "150230040507"};
-  };
-  CheckCases({{"a = 2147483648", outOfRange("2147483648"), 1}});
-  CheckCases({{"a = 1\nb = [0, -2147483649]", outOfRange("-2147483649"), 2}});
-  CheckCases({{"a = +99999999999999999999999", outOfRange("+99999999999999999999999"), 1}});
+  CheckCases({{"a = 1\nb = [0, -2147483649]",
+               {"integer constant -2147483649 out of range in line # of configuration file t.cfg",
+                "150230040507"},
+               2}});
   // Written as a double, the same value is fine.
   ZEL_ConfigFile config;
   config.LoadText("a = 2147483648.0\nb = 00000000000000000000000000000042\n", "t.cfg");
@@ -179,7 +112,7 @@ TEST(ZEL_ConfigFileErrors, NestingIsBounded) {
   ZEL_ConfigFile copy(config); // copying and destroying the deepest tree is fine
   EXPECT_EQ(copy.size(), 1u);
 
-  for (int depth : {257, 5000, 1000000}) {
+  for (int depth : {257, 1000000}) {
     SCOPED_TRACE(depth);
     const auto error = LoadAndCatch(nested(depth));
     EXPECT_EQ(error.message,

@@ -27,10 +27,7 @@ std::string Printed(const ZEL_ConfigFileItem& item) {
   return out.str();
 }
 
-struct Expected {
-  const char* message;
-  const char* code;
-};
+struct Expected { const char* message; const char* code; };
 
 void ExpectFailure(const std::function<void()>& action, const Expected& expected) {
   try {
@@ -49,10 +46,7 @@ TEST(ZEL_ConfigFileItem, ConversionFailuresNameTheKind) {
   struct Case { const char* key; const char* toInt; const char* toDouble; };
   const Case cases[] = {
       {"d", "ZEL_ConfigFileItem of type double cannot be converted to int", nullptr},
-      {"e", "ZEL_ConfigFileItem of type double cannot be converted to int", nullptr},
       {"s", "ZEL_ConfigFileItem of type string cannot be converted to int",
-       "ZEL_ConfigFileItem of type string cannot be converted to double"},
-      {"i", "ZEL_ConfigFileItem of type string cannot be converted to int",
        "ZEL_ConfigFileItem of type string cannot be converted to double"},
       {"l", "ZEL_ConfigFileItem of type list cannot be converted to int",
        "ZEL_ConfigFileItem of type list cannot be converted to double"},
@@ -73,9 +67,6 @@ TEST(ZEL_ConfigFileItem, IndexingChecksKindAndBounds) {
   EXPECT_EQ(config["two"][1].AsInteger(), 2);
   ExpectFailure([&] { (void)config["two"][2]; },
                 {"Index 2 of ZEL_ConfigFileItem is out of bounds (0 < index < 1)",
-                 "191919270407"});
-  ExpectFailure([&] { (void)config["two"][4294967295u]; },
-                {"Index 4294967295 of ZEL_ConfigFileItem is out of bounds (0 < index < 1)",
                  "191919270407"});
   // An empty list has no valid index; the bound shown wraps around.
   ExpectFailure([&] { (void)config["none"][0]; },
@@ -110,22 +101,6 @@ TEST(ZEL_ConfigFileItem, NaNIsNeverEqual) {
   ZEL_ConfigFile config = Load("a = 1.0\n");
   config["a"].AsDouble() = std::nan("");
   EXPECT_FALSE(config["a"] == config["a"]);
-}
-
-TEST(ZEL_ConfigFileItem, PrintEscapesLineFeedsAndBackslashesOnly) {
-  const ZEL_ConfigFile config = Load("a = 'x\\ny'\n"
-                                     "b = 'back\\\\slash'\n"
-                                     "c = 'say \"hi\"'\n"
-                                     "d = \"it's\"\n"
-                                     "e = [ -1.5e+3 , +2, [ [ ] ] , id ]\n"
-                                     "f = ''\n");
-  EXPECT_EQ(Printed(config["a"]), "\"x\\ny\"");
-  EXPECT_EQ(Printed(config["b"]), "\"back\\\\slash\"");
-  EXPECT_EQ(Printed(config["c"]), "\"say \"hi\"\"");
-  EXPECT_EQ(Printed(config["d"]), "\"it's\"");
-  EXPECT_EQ(Printed(config["e"]), "[-1.5e+3,+2,[[]],\"id\"]");
-  EXPECT_EQ(Printed(config["f"]), "\"\"");
-  EXPECT_EQ(Printed(ZEL_ConfigFileItem()), "\"\"");
 }
 
 TEST(ZEL_ConfigFileItem, CopyAssignmentCopiesTheTree) {
