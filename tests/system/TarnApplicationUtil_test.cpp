@@ -71,39 +71,3 @@ TEST(TarnApplicationUtil, ArgcCountsOnlyNonEmptyArguments) {
   get_argc_argv({std::u16string(1, char16_t(0xD800))}, utf8, pointers, argc, argv);
   EXPECT_STREQ(argv[0], "\xEF\xBF\xBD");
 }
-
-TEST(TarnApplicationUtil, ToolCopiesAndMovesItsArguments) {
-  const std::vector<std::string> expected = testing::internal::GetArgvs();
-  std::vector<char*> fake = {const_cast<char*>("ignored"), nullptr};
-  auto original = std::make_unique<TarnUnicodeCommandlineTool>(1, fake.data());
-  ASSERT_EQ(original->GetArgc(), static_cast<int>(expected.size()));
-  EXPECT_EQ(original->GetArguments(), expected);
-
-  TarnUnicodeCommandlineTool copy(*original);
-  TarnUnicodeCommandlineTool assigned(*original);
-  assigned = copy;
-  EXPECT_NE(copy.GetArgv(), original->GetArgv());
-  original.reset();  // the copies must not point into the original
-  for (const TarnUnicodeCommandlineTool* tool : {&copy, &assigned}) {
-    ASSERT_EQ(tool->GetArgc(), static_cast<int>(expected.size()));
-    for (int i = 0; i < tool->GetArgc(); ++i)
-      EXPECT_EQ(tool->GetArgv()[i], expected[i]);
-    EXPECT_EQ(tool->GetArgv()[tool->GetArgc()], nullptr);
-  }
-
-  char** const argvBefore = copy.GetArgv();
-  TarnUnicodeCommandlineTool moved(std::move(copy));
-  EXPECT_EQ(moved.GetArgv(), argvBefore);
-  EXPECT_EQ(copy.GetArgc(), 0);
-  EXPECT_EQ(copy.GetArgv(), nullptr);
-  EXPECT_TRUE(copy.GetArguments().empty());
-  EXPECT_STREQ(moved.GetArgv()[0], expected[0].c_str());
-
-  assigned = std::move(moved);
-  EXPECT_EQ(moved.GetArgc(), 0);
-  EXPECT_TRUE(moved.GetArguments().empty());
-  EXPECT_STREQ(assigned.GetArgv()[0], expected[0].c_str());
-  // A moved-from object can be assigned again.
-  moved = assigned;
-  EXPECT_EQ(moved.GetArgc(), assigned.GetArgc());
-}

@@ -113,25 +113,6 @@ TEST(TarnFileNameUtil, WideHasExtIsALowerCasedSuffixTest) {
   }
 }
 
-TEST(TarnFileNameUtil, RemoveExtensionCutsAtTheDot) {
-  struct Case { const char* path; const char* out; };
-  const Case cases[] = {{"d.x/f.tar.gz", "d.x/f.tar"}, {"d.x/f", "d.x/f"}, {".cfg", ""},
-                        {"name.", "name"},             {"", ""},           {"a\\b.c", "a\\b"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.path);
-    std::string narrow = c.path;
-    F::path_remove_ext(narrow);
-    EXPECT_EQ(narrow, c.out);
-    std::u16string wide = W(c.path);
-    F::path_remove_ext(wide);
-    EXPECT_EQ(N(wide), c.out);
-    std::vector<char> array(c.path, c.path + std::strlen(c.path) + 1);
-    F::path_remove_ext(array.data());
-    EXPECT_STREQ(array.data(), c.out);
-  }
-  F::path_remove_ext(static_cast<char*>(nullptr));
-}
-
 TEST(TarnFileNameUtil, SetExtensionReplacesOrAdds) {
   struct Case { const char* path; const char* ext; const char* out; };
   const Case cases[] = {
@@ -157,27 +138,6 @@ TEST(TarnFileNameUtil, SetExtensionReplacesOrAdds) {
 }
 
 // ---------------------------------------------------- directories and names
-
-TEST(TarnFileNameUtil, SplitPathKeepsTheTrailingSeparator) {
-  struct Case { const char* path; const char* dir; const char* name; };
-  const Case cases[] = {
-      {"C:\\work\\a.txt", "C:\\work\\", "a.txt"}, {"a.txt", "", "a.txt"},
-      {"d/", "d/", ""},                           {"/", "/", ""},
-      {"", "", ""},                               {"/abs/x/y.z", "/abs/x/", "y.z"},
-      {"mixed\\sep/f", "mixed\\sep/", "f"},       {"C:x", "", "C:x"},
-      {"dir.d/.cfg", "dir.d/", ".cfg"},           {"my dir/my file", "my dir/", "my file"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.path);
-    std::string dir = "junk", name = "junk";
-    F::split_path(c.path, dir, name);
-    EXPECT_EQ(dir, c.dir);
-    EXPECT_EQ(name, c.name);
-    std::u16string wdir, wname;
-    F::split_path(W(c.path), wdir, wname);
-    EXPECT_EQ(N(wdir), c.dir);
-    EXPECT_EQ(N(wname), c.name);
-  }
-}
 
 TEST(TarnFileNameUtil, SplitPathOutputMayAliasTheInput) {
   std::string path = "a/b/c.d";
@@ -285,20 +245,6 @@ TEST(TarnFileNameUtil, NarrowConcatPath) {
   EXPECT_EQ(same, "d/d");
 }
 
-TEST(TarnFileNameUtil, ConcatPathListJoinsEveryElement) {
-  struct Case { const char* path; std::vector<std::string> parts; const char* out; };
-  const Case cases[] = {
-      {"", {"", "a", "", "b"}, "a/b"}, {"", {"", "a", ""}, "a/"}, {"", {}, ""},
-      {"", {"", ""}, ""},              {"r", {"a", "b"}, "r/a/b"}, {"r", {"", ""}, "r/"},
-      {"r", {}, "r"},                  {"", {"a"}, "a"},           {"\"r s\"", {"a", "b"}, "\"r s/a/b\""}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.path);
-    std::string out = "junk";
-    F::concat_path(std::string(c.path), c.parts, out);
-    EXPECT_EQ(out, c.out);
-  }
-}
-
 TEST(TarnFileNameUtil, WideConcatPathStripsAndRequotes) {
   struct Case { const char* path; const char* part; const char* out; };
   const Case cases[] = {
@@ -331,14 +277,10 @@ TEST(TarnFileNameUtil, NormalizePathIsLexical) {
   const Case cases[] = {
       {"", ""},
       {"/p/./q/", "/p/q/"},
-      {"/a/b/../c", "/a/c"},
-      {"/../../x", "/x"},
       {"/", "/"},
       {"\\p\\q", "/p/q"},
       {"//p///q", "/p/q"},
-      {"a/../b", cwd + "/b"},
       {".", cwd},
-      {"no/such/dir/../f", cwd + "/no/such/f"},
       {"\"x y\"", "\"" + cwd + "/x y\""},
       {"\"/p/../q\"", "\"/q\""},
       {"\"/p q/..\"", "\"/\""}};
@@ -407,32 +349,3 @@ TEST(TarnFileNameUtil, PathUnquoteRemovesOnePair) {
 }
 
 // --------------------------------------------------------- long and odd names
-
-TEST(TarnFileNameUtil, NamesLongerThanAnyBufferAreHandledWhole) {
-  const std::string dir(100000, 'd');
-  const std::string name = std::string(70000, 'n') + ".ext";
-  std::string path, splitDir, splitName, out;
-  F::concat_path(dir, name, path);
-  EXPECT_EQ(path.size(), dir.size() + 1 + name.size());
-  F::split_path(path, splitDir, splitName);
-  EXPECT_EQ(splitName, name);
-  F::make_path(splitDir, splitName, out);
-  EXPECT_EQ(out, path);
-  EXPECT_TRUE(F::path_has_ext(path, "EXT"));
-  F::normalize_path("/" + path, out);
-  EXPECT_EQ(out, "/" + path);
-  std::u16string wide;
-  F::concat_path(W(dir), W(name), wide);
-  EXPECT_EQ(wide.size(), path.size());
-}
-
-TEST(TarnFileNameUtil, InvalidUtf8AndZeroBytesAreOrdinaryCharacters) {
-  const std::string bad = std::string("d\xFF\xC0/") + '\0' + "f.\x80";
-  std::string dir, name, out;
-  F::split_path(bad, dir, name);
-  EXPECT_EQ(dir, "d\xFF\xC0/");
-  EXPECT_EQ(name, std::string(1, '\0') + "f.\x80");
-  EXPECT_TRUE(F::path_has_ext(bad, ".\x80"));
-  F::concat_path(bad, "g", out);
-  EXPECT_EQ(out, bad + "/g");
-}
