@@ -152,3 +152,15 @@ TEST(ZEL_DoubleArray, FailedReserveLetsGoOfTheOldBlockWithoutFreeingIt) {
   a.PushBack(1.0);
   EXPECT_EQ(Elements(a), std::vector<double>{1.0});
 }
+
+TEST(ZEL_DoubleArray, InstanceCounterFollowsLiveObjects) {
+  const std::uint64_t start = ZEL_DoubleArray::s_InstanceCounter;
+  {
+    ZEL_DoubleArray a;
+    ZEL_DoubleArray b(a);
+    ZEL_DoubleArray c(std::move(b));
+    ZEL_DoubleArray d(std::vector<double>{1.0});
+    EXPECT_EQ(ZEL_DoubleArray::s_InstanceCounter, start + 4);
+  }
+  EXPECT_EQ(ZEL_DoubleArray::s_InstanceCounter, start);
+}

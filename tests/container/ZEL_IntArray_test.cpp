@@ -266,3 +266,43 @@ TEST(ZEL_IntArray, FailedCountedConstructorNamesTheCapacity) {
               "Failed to allocate memory for an integer array of capacity " + std::to_string(count));
   }
 }
+
+TEST(ZEL_IntArray, InstanceCounterFollowsLiveObjects) {
+  const std::uint64_t start = ZEL_IntArray::s_InstanceCounter;
+  {
+    ZEL_IntArray a;
+    ZEL_IntArray b{1};
+    ZEL_IntArray c(b);
+    ZEL_IntArray d(std::move(c));
+    EXPECT_EQ(ZEL_IntArray::s_InstanceCounter, start + 4);
+    auto* e = new ZEL_IntArray(std::uint64_t(3));
+    EXPECT_EQ(ZEL_IntArray::s_InstanceCounter, start + 5);
+    delete e;
+    EXPECT_EQ(ZEL_IntArray::s_InstanceCounter, start + 4);
+  }
+  EXPECT_EQ(ZEL_IntArray::s_InstanceCounter, start);
+  // A constructor that fails leaves the counter alone.
+  EXPECT_THROW(ZEL_IntArray failed(kUnallocatable), ZEL_Failure);
+  EXPECT_EQ(ZEL_IntArray::s_InstanceCounter, start);
+}
+
+TEST(ZEL_IntArray, InsertClampsItsPosition) {
+  struct Case {
+    std::uint64_t position;
+    std::vector<int> expected;
+  };
+  const Case cases[] = {{0, {9, 1, 2, 3}},
+                        {1, {1, 9, 2, 3}},
+                        {3, {1, 2, 3, 9}},
+                        {4, {1, 2, 3, 9}},
+                        {UINT64_MAX, {1, 2, 3, 9}}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.position);
+    ZEL_IntArray a{1, 2, 3};
+    a.Insert(c.position, 9);
+    EXPECT_EQ(Elements(a), c.expected);
+  }
+  ZEL_IntArray empty;
+  empty.Insert(5, 4);
+  EXPECT_EQ(Elements(empty), std::vector<int>{4});
+}

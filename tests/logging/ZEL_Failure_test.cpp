@@ -60,3 +60,17 @@ TEST(ZEL_MESSAGE, FormatsAndCutsAt1023Characters) {
   EXPECT_EQ(cut, std::string(1023, 'x'));
   EXPECT_EQ(ZEL_MESSAGE("%s", std::string(1023, 'y').c_str()).size(), 1023u);
 }
+
+TEST(ZEL_Failure, CopyAndAssignmentAreDeep) {
+  ZEL_Failure reason(ZEL_Code(), "why", "");
+  ZEL_Failure a(reason, ZEL_Code(), "a", "");
+  ZEL_Failure b(ZEL_Code("1"), "b", "");
+  b = a;
+  EXPECT_EQ(b.GetMessage(), "a");
+  EXPECT_FALSE(b.GetCode().exists());
+  ASSERT_NE(b.GetReason(), nullptr);
+  EXPECT_NE(b.GetReason(), a.GetReason());
+  b = b; // self-assignment keeps the chain
+  ASSERT_NE(b.GetReason(), nullptr);
+  EXPECT_EQ(b.GetReason()->GetMessage(), "why");
+}

@@ -376,3 +376,57 @@ TEST_F(LoggingTest, LongMessagesAreSplitWithoutLoss) {
   }
   EXPECT_EQ(joined, message);
 }
+
+TEST_F(LoggingTest, SecondInitIsIgnored) {
+  Start(ZEL_Loglevels::ERROR);
+  ZEL_LogConfig louder;
+  louder.level = ZEL_Loglevels::DEBUG;
+  ZEL_Logging::Init("other", louder, u".");
+  EXPECT_EQ(ZEL_Logging::GetConfig().level, ZEL_Loglevels::ERROR);
+  ZEL_LogMacros::warning("f", 1, "", "still filtered");
+  EXPECT_TRUE(Lines().empty());
+}
+
+TEST_F(LoggingTest, OverlongHeaderIsCutButMessageKept) {
+  Start(ZEL_Loglevels::NOTICE);
+  const std::string header(2000, 'h');
+  ZEL_LogMacros::notice("f", 1, header.c_str(), "tail");
+  ASSERT_EQ(Lines().size(), 1u);
+  EXPECT_THAT(Lines()[0], StartsWith("(NOTICE  ) hhhh"));
+  EXPECT_THAT(Lines()[0], testing::EndsWith("htail\n"));
+  EXPECT_LT(Lines()[0].size(), 520u);
+  // A cut right after a '%' must not turn the message directive into text.
+  const std::string percents(600, '%');
+  ZEL_LogMacros::notice("f", 1, percents.c_str(), "kept");
+  EXPECT_THAT(Lines().back(), testing::EndsWith("kept\n"));
+}
+
+TEST_F(LoggingTest, UnopenableXmlFileStillGivesTheText) {
+  ZEL_LogConfig config;
+  config.exceptionXmlFile = u"no/such/dir/failure.xml";
+  config.logXmlExceptionsAsText = true;
+  Start(ZEL_Loglevels::NOTICE, config);
+  ZEL_Logging::Failure(ZEL_Failure(ZEL_Code(), "still reported", ""));
+  ASSERT_EQ(Lines().size(), 1u);
+  EXPECT_THAT(Lines()[0], HasSubstr("still reported"));
+}
+
+TEST_F(LoggingTest, DeepReasonChainsAreReportedWhole) {
+  Start(ZEL_Loglevels::NOTICE);
+  ZEL_Failure chain(ZEL_Code(), "level 0", "");
+  for (int i = 1; i < 200; ++i)
+    chain = ZEL_Failure(chain, ZEL_Code(), "level " + std::to_string(i), "");
+  ZEL_Logging::Failure(chain);
+  // Too long for one ACE line: written as several lines, nothing lost.
+  const std::vector<std::string> lines = Lines();
+  ASSERT_GT(lines.size(), 1u);
+  std::string all;
+  for (const std::string& line : lines) {
+    EXPECT_THAT(line, StartsWith("(ERROR   ) ["));
+    all += line;
+  }
+  for (int i = 0; i < 200; ++i)
+    EXPECT_THAT(all, HasSubstr(std::string(4 * (199 - i), ' ') + "level " + std::to_string(i) +
+                               "\n")) << i;
+  EXPECT_EQ(LogText(), all);
+}

@@ -349,3 +349,54 @@ TEST(TarnFileNameUtil, PathUnquoteRemovesOnePair) {
 }
 
 // --------------------------------------------------------- long and odd names
+
+TEST(TarnFileNameUtil, ConcatPathListJoinsEveryElement) {
+  struct Case { const char* path; std::vector<std::string> parts; const char* out; };
+  const Case cases[] = {
+      {"", {"", "a", "", "b"}, "a/b"}, {"", {"", "a", ""}, "a/"}, {"", {}, ""},
+      {"", {"", ""}, ""},              {"r", {"a", "b"}, "r/a/b"}, {"r", {"", ""}, "r/"},
+      {"r", {}, "r"},                  {"", {"a"}, "a"},           {"\"r s\"", {"a", "b"}, "\"r s/a/b\""}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    std::string out = "junk";
+    F::concat_path(std::string(c.path), c.parts, out);
+    EXPECT_EQ(out, c.out);
+  }
+}
+
+TEST(TarnFileNameUtil, RemoveExtensionCutsAtTheDot) {
+  struct Case { const char* path; const char* out; };
+  const Case cases[] = {{"d.x/f.tar.gz", "d.x/f.tar"}, {"d.x/f", "d.x/f"}, {".cfg", ""},
+                        {"name.", "name"},             {"", ""},           {"a\\b.c", "a\\b"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.path);
+    std::string narrow = c.path;
+    F::path_remove_ext(narrow);
+    EXPECT_EQ(narrow, c.out);
+    std::u16string wide = W(c.path);
+    F::path_remove_ext(wide);
+    EXPECT_EQ(N(wide), c.out);
+    std::vector<char> array(c.path, c.path + std::strlen(c.path) + 1);
+    F::path_remove_ext(array.data());
+    EXPECT_STREQ(array.data(), c.out);
+  }
+  F::path_remove_ext(static_cast<char*>(nullptr));
+}
+
+TEST(TarnFileNameUtil, NamesLongerThanAnyBufferAreHandledWhole) {
+  const std::string dir(100000, 'd');
+  const std::string name = std::string(70000, 'n') + ".ext";
+  std::string path, splitDir, splitName, out;
+  F::concat_path(dir, name, path);
+  EXPECT_EQ(path.size(), dir.size() + 1 + name.size());
+  F::split_path(path, splitDir, splitName);
+  EXPECT_EQ(splitName, name);
+  F::make_path(splitDir, splitName, out);
+  EXPECT_EQ(out, path);
+  EXPECT_TRUE(F::path_has_ext(path, "EXT"));
+  F::normalize_path("/" + path, out);
+  EXPECT_EQ(out, "/" + path);
+  std::u16string wide;
+  F::concat_path(W(dir), W(name), wide);
+  EXPECT_EQ(wide.size(), path.size());
+}

@@ -219,3 +219,27 @@ TEST(TextLinesParser, ReloadReusesTheBufferOnlyForTheSameSize) {
   EXPECT_EQ(parser.GetNumLines(), 35u);
   EXPECT_STREQ(parser.GetLine(34), "x");
 }
+
+TEST(TextLinesParser, EmptyFileLoadsAsEmpty) {
+  TempDir dir;
+  WriteFile(dir / "empty", "");
+  TextLinesParser parser;
+  parser.AssignCopyOf("something\nelse");
+  std::string error = "stale";
+  EXPECT_TRUE(parser.LoadTextFromFile((dir / "empty").c_str(), error));
+  EXPECT_EQ(error, "");
+  EXPECT_TRUE(parser.IsEmpty());
+  EXPECT_EQ(parser.GetNumLines(), 0u);
+  EXPECT_EQ(parser.GetLongestLineLength(), 0u);
+}
+
+TEST(TextLinesParser, ZeroBytesInAFileStayInsideTheirLine) {
+  TempDir dir;
+  WriteFile(dir / "z", std::string("ab\0cd\nef", 8));
+  TextLinesParser parser;
+  ASSERT_TRUE(parser.LoadTextFromFile((dir / "z").c_str()));
+  EXPECT_EQ(parser.GetNumLines(), 2u);
+  EXPECT_EQ(std::string(parser.GetLine(0), 5), std::string("ab\0cd", 5));
+  EXPECT_STREQ(parser.GetLine(1), "ef");
+  EXPECT_EQ(parser.GetLongestLineLength(), 5u);
+}
