@@ -79,17 +79,26 @@ void BM_TarnCsvFileWriter(benchmark::State& state) {
   state.SetBytesProcessed(static_cast<std::int64_t>(bytes));
 }
 
+// Opens the peers' output file with the same stream buffer size; null (and
+// the benchmark marked as failed) when it cannot be opened.
+std::FILE* OpenPeerFile(benchmark::State& state, const std::string& path) {
+  std::FILE* f = std::fopen(path.c_str(), "w");
+  if (!f) {
+    state.SkipWithError("cannot open the scratch file");
+    return nullptr;
+  }
+  std::setvbuf(f, nullptr, _IOFBF, kStreamBuffer);
+  return f;
+}
+
 void BM_Fprintf17g(benchmark::State& state) {
   const std::vector<double>& table = Table();
   const std::string path = ScratchFile();
   std::uintmax_t bytes = 0;
   for (auto _ : state) {
-    std::FILE* f = std::fopen(path.c_str(), "w");
-    if (!f) {
-      state.SkipWithError("cannot open the scratch file");
+    std::FILE* f = OpenPeerFile(state, path);
+    if (!f)
       return;
-    }
-    std::setvbuf(f, nullptr, _IOFBF, kStreamBuffer);
     const double* x = table.data();
     for (std::size_t r = 0; r < kRows; ++r) {
       for (std::size_t c = 0; c < kColumns; ++c)
@@ -107,12 +116,9 @@ void BM_ToCharsFwrite(benchmark::State& state) {
   const std::string path = ScratchFile();
   std::uintmax_t bytes = 0;
   for (auto _ : state) {
-    std::FILE* f = std::fopen(path.c_str(), "w");
-    if (!f) {
-      state.SkipWithError("cannot open the scratch file");
+    std::FILE* f = OpenPeerFile(state, path);
+    if (!f)
       return;
-    }
-    std::setvbuf(f, nullptr, _IOFBF, kStreamBuffer);
     char row[kColumns * 32];
     const double* x = table.data();
     for (std::size_t r = 0; r < kRows; ++r) {
