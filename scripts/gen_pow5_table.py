@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes src/text/Pow5Table128.inc: 5^q for q = -342 ... 308 as 128-bit
+"""Writes src/text/strings/Pow5Table128.inc: 5^q for q = -342 ... 308 as 128-bit
 significands, used by the fast path of the decimal reader.
 
 Every entry T(q) lies in [2^127, 2^128) and satisfies
@@ -10,7 +10,7 @@ so it is the exact value 5^q shifted until its top bit is bit 127, cut
 (rounded toward zero) to 128 bits. For 0 <= q <= 55 the entry is exact; for
 every other q it is strictly below the true scaled value.
 
-Usage: scripts/gen_pow5_table.py > src/text/Pow5Table128.inc
+Usage: scripts/gen_pow5_table.py > src/text/strings/Pow5Table128.inc
 """
 
 MIN_Q = -342

@@ -2,7 +2,7 @@
 #include "TarnUtilities/system/TarnSysUtil.h"
 #include "TarnUtilities/text/TarnFormatUtil.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
-#include "text/TextCharClass.h"
+#include "text/strings/TextCharClass.h"
 
 #include <cerrno>
 #include <cstdio>

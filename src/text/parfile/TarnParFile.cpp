@@ -5,7 +5,7 @@
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "TarnUtilities/system/TextLinesParser.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
-#include "text/ParFileSupport.h"
+#include "text/parfile/ParFileSupport.h"
 
 #include <climits>
 #include <memory>

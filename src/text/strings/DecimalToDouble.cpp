@@ -7,7 +7,7 @@
 // DecimalBigPath.cpp decides.
 //
 //===----------------------------------------------------------------------===//
-#include "text/DecimalToDouble.h"
+#include "text/strings/DecimalToDouble.h"
 
 #include <cstring>
 #include <limits>
@@ -62,7 +62,7 @@ struct Pow5Significand {
 // T(q) = floor(5^q * 2^-t(q)) in [2^127, 2^128), t(q) = floor(q*log2(5)) - 127:
 // exact for 0 <= q <= 55, strictly below the true value otherwise.
 constexpr Pow5Significand kPow5Table[] = {
-#include "text/Pow5Table128.inc"
+#include "text/strings/Pow5Table128.inc"
 };
 static_assert(sizeof kPow5Table / sizeof kPow5Table[0] == kMaxPow5 - kMinPow5 + 1,
               "one table entry per decimal exponent");

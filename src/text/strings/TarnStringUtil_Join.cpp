@@ -1,7 +1,7 @@
 //===- TarnStringUtil_Join.cpp - Joining, searching, hashing, dumping -------===//
 #include "TarnUtilities/text/TarnStringUtil.h"
 
-#include "text/TextCharClass.h"
+#include "text/strings/TextCharClass.h"
 
 #include <algorithm>
 #include <cstring>

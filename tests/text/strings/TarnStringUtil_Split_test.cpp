@@ -1,7 +1,7 @@
 //===- TarnStringUtil_Split_test.cpp - Splitting into tokens ----------------===//
 #include "TarnUtilities/text/TarnStringUtil.h"
 
-#include "text/TokenOracle.h"
+#include "text/strings/TokenOracle.h"
 
 #include <gtest/gtest.h>
 

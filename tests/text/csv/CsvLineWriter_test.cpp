@@ -1,6 +1,6 @@
 //===- CsvLineWriter_test.cpp - One CSV line in a fixed buffer --------------===//
 #include "TarnUtilities/text/CsvLineWriter.h"
-#include "text/CsvTestFiles.h"
+#include "text/csv/CsvTestFiles.h"
 
 #include <gtest/gtest.h>
 

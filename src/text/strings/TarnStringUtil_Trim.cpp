@@ -1,7 +1,7 @@
 //===- TarnStringUtil_Trim.cpp - Trimming, chopping, padding ----------------===//
 #include "TarnUtilities/text/TarnStringUtil.h"
 
-#include "text/TextCharClass.h"
+#include "text/strings/TextCharClass.h"
 
 #include <algorithm>
 #include <cstring>

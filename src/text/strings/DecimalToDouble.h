@@ -21,7 +21,7 @@
 #ifndef TARNUTILITIES_SRC_TEXT_DECIMALTODOUBLE_H
 #define TARNUTILITIES_SRC_TEXT_DECIMALTODOUBLE_H
 
-#include "text/DecimalScanner.h"
+#include "text/strings/DecimalScanner.h"
 
 #include <cassert>
 #include <cstdint>

@@ -6,7 +6,7 @@
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/text/TarnParFile.h"
 #include "TarnUtilities/text/TarnParFileParser.h"
-#include "text/ParLogCapture.h"
+#include "text/parfile/ParLogCapture.h"
 #include "support/TempDir.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 //===- TarnParFile_test.cpp - The command model on real files ---------------===//
 #include "TarnUtilities/logging/ZEL_Failure.h"
 #include "TarnUtilities/text/TarnParFile.h"
-#include "text/ParLogCapture.h"
+#include "text/parfile/ParLogCapture.h"
 #include "support/TempDir.h"
 
 #include <gmock/gmock.h>

@@ -7,7 +7,7 @@
 #include "TarnUtilities/system/TarnFileUtil.h"
 #include "TarnUtilities/system/TextLinesParser.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
-#include "text/ParFileSupport.h"
+#include "text/parfile/ParFileSupport.h"
 
 #include <cstring>
 #include <sys/stat.h>

@@ -7,8 +7,8 @@
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/text/TarnFormatUtil.h"
 
-#include "text/DecimalScanner.h"
-#include "text/DecimalToDouble.h"
+#include "text/strings/DecimalScanner.h"
+#include "text/strings/DecimalToDouble.h"
 
 #include <charconv>
 #include <cmath>

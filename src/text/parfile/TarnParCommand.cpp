@@ -2,7 +2,7 @@
 #include "TarnUtilities/text/TarnParCommand.h"
 #include "TarnUtilities/logging/ZEL_LogMacros.h"
 #include "TarnUtilities/logging/ZEL_Message.h"
-#include "text/ParFileSupport.h"
+#include "text/parfile/ParFileSupport.h"
 
 using namespace TarnParDetail;
 

@@ -1,7 +1,7 @@
 //===- TarnStringTokenizer_test.cpp - Reusable line splitter ----------------===//
 #include "TarnUtilities/text/TarnStringTokenizer.h"
 
-#include "text/TokenOracle.h"
+#include "text/strings/TokenOracle.h"
 
 #include <gtest/gtest.h>
 

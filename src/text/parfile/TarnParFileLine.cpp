@@ -3,8 +3,8 @@
 #include "TarnUtilities/logging/ZEL_LogMacros.h"
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
-#include "text/ParFileSupport.h"
-#include "text/TextCharClass.h"
+#include "text/parfile/ParFileSupport.h"
+#include "text/strings/TextCharClass.h"
 
 #include <algorithm>
 #include <array>

@@ -14,7 +14,7 @@
 // bounded however many digits the text holds.
 //
 //===----------------------------------------------------------------------===//
-#include "text/DecimalToDouble.h"
+#include "text/strings/DecimalToDouble.h"
 
 #include "TarnUtilities/math/TarnBigInteger.h"
 

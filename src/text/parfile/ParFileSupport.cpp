@@ -1,5 +1,5 @@
 //===- ParFileSupport.cpp - Shared helpers of the parameter-file readers ----===//
-#include "text/ParFileSupport.h"
+#include "text/parfile/ParFileSupport.h"
 
 #include <ace/Log_Msg.h>
 

@@ -1,6 +1,6 @@
 //===- TarnParFileLine_test.cpp - Comment removal, line types, tokens -------===//
 #include "TarnUtilities/text/TarnParFileLine.h"
-#include "text/ParLogCapture.h"
+#include "text/parfile/ParLogCapture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 #include "TarnUtilities/logging/ZEL_LogMacros.h"
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
-#include "text/ParFileSupport.h"
+#include "text/parfile/ParFileSupport.h"
 
 namespace {
 const std::string& NameOf(const TarnParFileLine& line) {

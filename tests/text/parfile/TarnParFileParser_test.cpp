@@ -1,7 +1,7 @@
 //===- TarnParFileParser_test.cpp - The word reader on real files -----------===//
 #include "TarnUtilities/logging/ZEL_Failure.h"
 #include "TarnUtilities/text/TarnParFileParser.h"
-#include "text/ParLogCapture.h"
+#include "text/parfile/ParLogCapture.h"
 #include "support/TempDir.h"
 
 #include <gmock/gmock.h>

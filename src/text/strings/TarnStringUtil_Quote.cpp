@@ -1,7 +1,7 @@
 //===- TarnStringUtil_Quote.cpp - Quoted strings ----------------------------===//
 #include "TarnUtilities/text/TarnStringUtil.h"
 
-#include "text/TextCharClass.h"
+#include "text/strings/TextCharClass.h"
 
 bool TarnStringUtil::is_quoted_str(const std::string& s, char q) {
   return s.size() >= 2 && s.front() == q && s.back() == q;

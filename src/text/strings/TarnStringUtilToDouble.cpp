@@ -7,7 +7,7 @@
 #include "TarnUtilities/text/TarnStringUtil.h"
 
 #include "TarnUtilities/text/TarnFormatUtil.h"
-#include "text/TextCharClass.h"
+#include "text/strings/TextCharClass.h"
 
 ZelStatusCode TarnStringUtil::ToDouble(const char* s, double& out) {
   out = 0.0;

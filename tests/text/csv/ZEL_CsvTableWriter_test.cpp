@@ -3,7 +3,7 @@
 #include "TarnUtilities/text/CsvLineWriter.h"
 #include "TarnUtilities/text/ZEL_CsvFileFailure.h"
 
-#include "text/CsvTestFiles.h"
+#include "text/csv/CsvTestFiles.h"
 
 #include <gtest/gtest.h>
 

@@ -9,7 +9,7 @@
 #ifndef TARNUTILITIES_SRC_TEXT_PARFILESUPPORT_H
 #define TARNUTILITIES_SRC_TEXT_PARFILESUPPORT_H
 
-#include "text/TextCharClass.h"
+#include "text/strings/TextCharClass.h"
 
 #include <cstddef>
 #include <string>

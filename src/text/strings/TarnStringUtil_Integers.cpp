@@ -7,7 +7,7 @@
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/text/TarnStringUtil.h"
 
-#include "text/TextCharClass.h"
+#include "text/strings/TextCharClass.h"
 
 #include <cerrno>
 #include <charconv>
