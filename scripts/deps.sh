@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the build needs, when any of them is missing.
 # Sourced by the other scripts; does nothing when everything is present.
-TARN_PACKAGES=(build-essential cmake pkg-config libace-dev libgtest-dev libgmock-dev
-               libbenchmark-dev libdragonbox-dev libfast-float-dev libconfig++-dev)
+TARN_PACKAGES=(build-essential cmake pkg-config gfortran libace-dev libgtest-dev libgmock-dev
+               libbenchmark-dev libdragonbox-dev libfast-float-dev libconfig++-dev
+               liblapacke-dev libgmp-dev libnanoflann-dev clang-14 libclang-rt-14-dev)
 
 tarn_install_deps() {
   local missing=()
