@@ -26,7 +26,10 @@
 #include "TarnUtilities/logging/ZEL_XmlString.h"
 #include "TarnUtilities/logging/ZelStatusCode.h"
 
+#include "TarnUtilities/math/TarnAlgorithmUtil.h"
 #include "TarnUtilities/math/TarnBigInteger.h"
+#include "TarnUtilities/math/TarnMatrix.h"
+#include "TarnUtilities/math/TarnVectorUtil.h"
 
 #include "TarnUtilities/system/TarnApplicationUtil.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
