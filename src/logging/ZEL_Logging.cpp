@@ -12,6 +12,7 @@
 #include "TarnUtilities/system/TarnFileUtil.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "logging/LogDestinations.h"
+#include "logging/LogLine.h"
 
 #include <ace/Log_Msg.h>
 
@@ -95,6 +96,9 @@ void ZEL_Logging::SetConfig(const ZEL_LogConfig& config, const std::u16string& w
 
   ACE_Log_Msg* ace = ACE_Log_Msg::instance();
   ace->open(self.programNameUtf8_.c_str(), ACE_Log_Msg::STDERR, nullptr);
+  // ACE's open only ever clears the STDERR flag; after an earlier
+  // configuration cleared it, it has to be set again here.
+  ace->set_flags(ACE_Log_Msg::STDERR);
 
   std::unique_ptr<std::ofstream> previous = std::move(self.logStream_);
   if (!config.logFile.empty()) {
@@ -188,14 +192,7 @@ void ZEL_Logging::Failure(const std::exception& e) {
   const std::string text = kBanner + what + self.SupportSentence();
   // Written directly at critical priority; this prefix has no blank after
   // the parenthesis, unlike the critical() level function.
-  ACE_Log_Msg* ace = ACE_Log_Msg::instance();
-  if (!ace->log_priority_enabled(LM_CRITICAL))
-    return;
-  const int lastError = ACE_Log_Msg::last_error_adapter();
-  ace = ZEL_detail::ThreadLogMsg();
-  ace->conditional_set(__FILE__, __LINE__, -1, lastError);
-  const std::string format = std::string("(CRITICAL)") + kHeader + "%s\n";
-  ace->log(LM_CRITICAL, format.c_str(), text.c_str());
+  ZEL_detail::WriteLogLine(LM_CRITICAL, "(CRITICAL)", __FILE__, __LINE__, kHeader, text.c_str());
 }
 
 void ZEL_Logging::Failure() {
