@@ -44,8 +44,8 @@ std::vector<std::string> SplitLines(const std::string& text) {
 
 std::string Utf8(const std::u16string& text) { return TarnStringUtil::wide_to_utf8(text.c_str()); }
 
-// Joins the working directory and a file name given in the configuration: a
-// name with a directory part is used as it is.
+// The log file: a bare name lies in the working directory, a name with a
+// directory part is used as it is.
 std::u16string PathInDirectory(const std::u16string& directory, const std::u16string& file) {
   std::u16string dirPart, namePart;
   TarnFileNameUtil::split_path(file, dirPart, namePart);
@@ -56,11 +56,23 @@ std::u16string PathInDirectory(const std::u16string& directory, const std::u16st
   return path;
 }
 
+// The failure XML file: a relative name, with or without a directory part,
+// lies under the working directory; an absolute one stays as given.
+//   ("/w", "f.xml") => "/w/f.xml",  ("/w", "d/f.xml") => "/w/d/f.xml",
+//   ("/w", "/x/f.xml") => "/x/f.xml"
+std::u16string XmlFilePath(const std::u16string& directory, const std::u16string& file) {
+  if (file[0] == u'/')
+    return file;
+  std::u16string path;
+  TarnFileNameUtil::concat_path(directory, file, path);
+  return path;
+}
+
 // Opens the failure XML file and writes the element that `write` produces.
 template <typename WriteElement>
 void WriteXmlFile(const std::u16string& directory, const std::u16string& file,
                   WriteElement write) {
-  std::ofstream out(Utf8(PathInDirectory(directory, file)), std::ios::out | std::ios::trunc);
+  std::ofstream out(Utf8(XmlFilePath(directory, file)), std::ios::out | std::ios::trunc);
   if (!out)
     return; // an XML file that cannot be opened is not reported
   write(out);

@@ -308,6 +308,21 @@ TEST_F(LoggingTest, XmlFileReplacesTextUnlessAskedForBoth) {
   EXPECT_EQ(Lines().size(), 1u);
 }
 
+TEST_F(LoggingTest, XmlFileNameIsJoinedToTheWorkingDirectoryUnlessAbsolute) {
+  dir_.Write("sub/keep", "");
+  const tarn_test::TempDir elsewhere;
+  for (const std::string& name : {std::string("sub/failure.xml"), elsewhere / "abs.xml"}) {
+    SCOPED_TRACE(name);
+    ZEL_Logging::Release();
+    ZEL_LogConfig config;
+    config.exceptionXmlFile = Wide(name);
+    Start(ZEL_Loglevels::NOTICE, config);
+    ZEL_Logging::Failure(std::runtime_error("placed"));
+    const std::string path = name[0] == '/' ? name : dir_ / name;
+    EXPECT_THAT(tarn_test::ReadFile(path), HasSubstr("<MESSAGE>placed</MESSAGE>"));
+  }
+}
+
 TEST_F(LoggingTest, StandardExceptionIsInternalWithTightPrefix) {
   Start(ZEL_Loglevels::NOTICE);
   ZEL_Logging::Failure(std::runtime_error("vector too long"));
