@@ -136,6 +136,9 @@ TEST(TarnFileUtil, CreateDirRecursiveMakesEveryMissingParent) {
   EXPECT_TRUE(IsDirectory(dir / "s/v"));
   EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "s/w\\"), STATUS_OK);
   EXPECT_TRUE(IsDirectory(dir / "s/w"));
+  // A backslash separates components as a slash does.
+  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "b1\\b2/b3\\b4"), STATUS_OK);
+  EXPECT_TRUE(IsDirectory(dir / "b1/b2/b3/b4"));
   EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "m//n//"), STATUS_OK);
   EXPECT_TRUE(IsDirectory(dir / "m/n"));
   // Hundreds of levels, and names relative to the current directory.
