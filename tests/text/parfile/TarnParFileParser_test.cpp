@@ -124,7 +124,7 @@ TEST_F(ParFileParserTest, MissingEndThrows) {
 }
 
 TEST_F(ParFileParserTest, UnterminatedQuoteOrMissingKeyGiveAWarning) {
-  dir.Write("m.par", "CMD\na = \"open\nb = 'x\n = 5\nEND_\n");
+  dir.Write("m.par", "CMD\na = \"open\nb = 'x\n= 5\nEND_\n");
   EXPECT_EQ(Read(dir.Wide("m.par"), "cmd"), (Blocks{{{"a", ""}, {"b", ""}, {"", "5"}}}));
   const std::string file = " of the parameter file \"" + dir / "m.par" + "\".";
   EXPECT_THAT(log.Messages("WARNING"),
@@ -132,7 +132,7 @@ TEST_F(ParFileParserTest, UnterminatedQuoteOrMissingKeyGiveAWarning) {
                               " The value is empty.",
                           "Closing quote missing in line\n    b = 'x\n" + file +
                               " The value is empty.",
-                          "Key missing before '=' in line\n     = 5\n" + file +
+                          "Key missing before '=' in line\n    = 5\n" + file +
                               " The value is stored under an empty key."));
 }
 
