@@ -476,6 +476,9 @@ TEST_F(LoggingTest, OverlongHeaderIsCutButMessageKept) {
   const std::string percents(600, '%');
   ZEL_LogMacros::notice("f", 1, percents.c_str(), "kept");
   EXPECT_THAT(Lines().back(), testing::EndsWith("kept\n"));
+  // A whole "%%" at the end of a header that fits is the header's '%'.
+  ZEL_LogMacros::notice("f", 1, "[x]%%", "m");
+  EXPECT_EQ(Lines().back(), "(NOTICE  ) [x]%m\n");
 }
 
 TEST_F(LoggingTest, UnopenableXmlFileStillGivesTheText) {
