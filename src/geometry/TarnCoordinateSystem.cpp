@@ -40,19 +40,24 @@ double AzimuthDegrees(double y, double x) {
   return angle;
 }
 
-/// origin + c.x e1 + c.y e2 + c.z e3, summed in that order.
-TarnVector3d LocalCartesianToParent(const TarnVector3d& origin, const TarnVector3d& e1,
-                                    const TarnVector3d& e2, const TarnVector3d& e3,
-                                    const TarnVector3d& c) {
-  return origin + c[0] * e1 + c[1] * e2 + c[2] * e3;
+/// origin + c.x e1 + c.y e2 + c.z e3, summed in that order. Written on
+/// scalars so that it inlines into the batch loops.
+inline TarnVector3d LocalCartesianToParent(const TarnVector3d& origin, const TarnVector3d& e1,
+                                           const TarnVector3d& e2, const TarnVector3d& e3,
+                                           const TarnVector3d& c) {
+  TarnVector3d r;
+  for (std::size_t i = 0; i < 3; ++i)
+    r[i] = origin[i] + c[0] * e1[i] + c[1] * e2[i] + c[2] * e3[i];
+  return r;
 }
 
-/// (d.e1, d.e2, d.e3) for d = p - origin.
-TarnVector3d ParentToLocalCartesian(const TarnVector3d& origin, const TarnVector3d& e1,
-                                    const TarnVector3d& e2, const TarnVector3d& e3,
-                                    const TarnVector3d& p) {
-  const TarnVector3d d = p - origin;
-  return TarnVector3d(d.Dot(e1), d.Dot(e2), d.Dot(e3));
+/// (d.e1, d.e2, d.e3) for d = p - origin, each dot product summed x, y, z.
+inline TarnVector3d ParentToLocalCartesian(const TarnVector3d& origin, const TarnVector3d& e1,
+                                           const TarnVector3d& e2, const TarnVector3d& e3,
+                                           const TarnVector3d& p) {
+  const double d0 = p[0] - origin[0], d1 = p[1] - origin[1], d2 = p[2] - origin[2];
+  return TarnVector3d(d0 * e1[0] + d1 * e1[1] + d2 * e1[2], d0 * e2[0] + d1 * e2[1] + d2 * e2[2],
+                      d0 * e3[0] + d1 * e3[1] + d2 * e3[2]);
 }
 
 } // namespace
