@@ -59,12 +59,17 @@ TEST(TarnCoordinateSystem, RoundTripsOverRandomFrames) {
           parent.push_back(p);
           local.push_back(l);
         }
-        // The batch forms agree bit for bit, also in place.
-        std::vector<TarnVector3d> out(parent.size());
-        cs.CalculateFromParentCartesianSystem(parent.data(), out.data(), out.size());
+        // The batch forms agree bit for bit, also in place, and stop at count.
+        const size_t n = parent.size();
+        std::vector<TarnVector3d> out(n + 1, TarnVector3d(-1, -1, -1));
+        cs.CalculateFromParentCartesianSystem(parent.data(), out.data(), n);
+        EXPECT_EQ(out.back(), TarnVector3d(-1, -1, -1));
+        out.pop_back();
         EXPECT_EQ(out, local);
-        cs.ExpressInParentCartesianSystem(out.data(), out.data(), out.size());
-        for (size_t k = 0; k < out.size(); ++k)
+        out.push_back(TarnVector3d(-1, -1, -1));
+        cs.ExpressInParentCartesianSystem(out.data(), out.data(), n);
+        EXPECT_EQ(out.back(), TarnVector3d(-1, -1, -1));
+        for (size_t k = 0; k < n; ++k)
           EXPECT_EQ(out[k], cs.ExpressInParentCartesianSystem(local[k]));
       }
     }
@@ -95,7 +100,7 @@ TEST(TarnCoordinateSystem, ConversionTable) {
       {CS::CYLINDRICAL, CS::CONV_DEFAULT, true, {2, 90, 5}, {0, 2, 5}},
       {CS::CYLINDRICAL, CS::CONV_DEFAULT, false, {0, -2, 5}, {2, 270, 5}},
       {CS::CYLINDRICAL, CS::CONV_DEFAULT, false, {0, 0, 7}, {0, 0, 7}},
-      {CS::CYLINDRICAL, CS::CONV_DEFAULT, false, {1e-16, 0, 7}, {0, 0, 7}},
+      {CS::CYLINDRICAL, CS::CONV_DEFAULT, false, {0, 1e-16, 7}, {0, 0, 7}},
       {CS::CYLINDRICAL, CS::CONV_DEFAULT, false, {2e-16, 0, 7}, {2e-16, 0, 7}},
       {CS::CYLINDRICAL, CS::CONV_DEFAULT, false, {inf, 0, 1}, {inf, 0, 1}},
       {CS::SPHERICAL, CS::CONV_ISO, true, {1, 90, 0}, {1, 0, 0}},
@@ -108,7 +113,7 @@ TEST(TarnCoordinateSystem, ConversionTable) {
       {CS::SPHERICAL, CS::CONV_ORB, false, {0, -1, 0}, {1, 270, 0}},
       {CS::SPHERICAL, CS::CONV_ORB, false, {0, 0, -2}, {2, 0, -90}},
       {CS::SPHERICAL, CS::CONV_ORB, false, {0, 0, 0}, {0, 0, 0}},
-      {CS::SPHERICAL, CS::CONV_ORB, false, {1e-16, 0, 0}, {1e-16, 0, 0}},
+      {CS::SPHERICAL, CS::CONV_ORB, false, {0, 1e-16, 0}, {1e-16, 0, 0}},
       {CS::CARTESIAN, CS::CONV_ORB, true, {1, -2, 3}, {1, -2, 3}},
       {CS::CARTESIAN, CS::CONV_ISO, false, {1, -2, 3}, {1, -2, 3}},
       {CS::Type(7), CS::CONV_ORB, false, {1, -2, 3}, {1, -2, 3}},

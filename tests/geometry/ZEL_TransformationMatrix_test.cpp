@@ -102,13 +102,15 @@ TEST(ZEL_TransformationMatrix, StepsAgainstHomogeneousProducts) {
           EXPECT_NEAR(m(r, k), r < 4 && k < 4 ? double(h[r][k]) : 0.0, 1e-13 * double(size)) << r << "," << k;
     }
     // Applied to a point (column form, in a batch and in place) and to a row vector.
-    const TarnVector3d x = vec(10);
+    const TarnVector3d x = vec(10), x2 = vec(10);
     const TarnVector3d mx = m * x;
-    TarnVector3d y = x, batch;
+    TarnVector3d y = x, batch[3] = {x2, x, x};
     m.ApplyTransformation(y);
-    m.ApplyTransformation(&x, &batch, 1);
+    m.ApplyTransformation(batch, batch, 2);
     EXPECT_EQ(y, mx);
-    EXPECT_EQ(batch, mx);
+    EXPECT_EQ(batch[0], m * x2);
+    EXPECT_EQ(batch[1], mx);
+    EXPECT_EQ(batch[2], x);
     TarnRowVector3d q(x[0], x[1], x[2]);
     m.ApplyTransformation(q);
     for (int r = 0; r < 3; ++r) {
