@@ -136,6 +136,8 @@ TEST(ZEL_TransformationMatrix, EdgeCases) {
       // 6e-9^2 + 8e-9^2 is exactly 1e-16: still no normal.
       {"normal at the limit", [](M& m) { m.AddReflectionOnPlane({0, 0, 5}, {6e-9, 8e-9, 0}); }, {1, 2, 3},
        {1, 2, 3}},
+      {"normal at the limit", [](M& m) { m.AddProjectionOnPlane({0, 0, 5}, {6e-9, 8e-9, 0}); }, {1, 2, 3},
+       {1, 2, 3}},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
