@@ -1,0 +1,91 @@
+//===- TarnMathUtil_test.cpp - Cheap scalar functions against libm ----------===//
+//
+// Oracles: glibc's libm and long double. The bounds are those measured on
+// millions of arguments (see TarnMathUtil.h) and are inherent in the
+// formulas: the sincos polynomials, the two Newton steps of rsqrt64, and
+// x*x - 1 in acosh near 1.
+//
+//===----------------------------------------------------------------------===//
+#include "TarnUtilities/math/TarnMathUtil.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <random>
+
+namespace {
+
+/// Distance in units in the last place between two finite doubles of one sign.
+std::int64_t Ulps(double a, double b) {
+  std::int64_t x, y;
+  std::memcpy(&x, &a, 8);
+  std::memcpy(&y, &b, 8);
+  return x > y ? x - y : y - x;
+}
+
+} // namespace
+
+TEST(TarnMathUtil, SinCosWithinTheirBoundOverTheTables) {
+  std::mt19937_64 rng(1);
+  std::uniform_real_distribution<double> in(-0.0625, 1.5625);
+  for (int i = 0; i < 200000; ++i) {
+    const double x = i < 26 ? i / 16.0 : in(rng);
+    double s, c;
+    TarnMathUtil::sincos(x, s, c);
+    ASSERT_NEAR(s, std::sin(x), 3.6e-15) << x;
+    ASSERT_NEAR(c, std::cos(x), 3.6e-15) << x;
+    if (i < 26) { // the breakpoints themselves: the correctly rounded table
+      EXPECT_LE(Ulps(s, std::sin(x)), 1) << x;
+      EXPECT_LE(Ulps(c, std::cos(x)), 1) << x;
+    }
+  }
+}
+
+TEST(TarnMathUtil, SinCosOutsideTheTablesIsLibm) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  for (double x : {-0.0625, -1.0, std::nextafter(1.5625, 2.0), 2.0, 100.0, 1e300, -1e300}) {
+    double s, c;
+    TarnMathUtil::sincos(x, s, c);
+    EXPECT_EQ(s, std::sin(x)) << x;
+    EXPECT_EQ(c, std::cos(x)) << x;
+  }
+  double s = 0, c = 0;
+  TarnMathUtil::sincos(nan, s, c);
+  EXPECT_TRUE(std::isnan(s) && std::isnan(c));
+  // The last breakpoint still belongs to the tables.
+  TarnMathUtil::sincos(1.5625, s, c);
+  EXPECT_EQ(s, 0.9999655856782489);
+}
+
+TEST(TarnMathUtil, Rsqrt64WithinTwoNewtonSteps) {
+  std::mt19937_64 rng(2);
+  std::uniform_real_distribution<double> exponent(-300, 300);
+  for (int i = 0; i < 200000; ++i) {
+    const double x = std::pow(10.0, exponent(rng));
+    const long double exact = 1.0L / std::sqrt(static_cast<long double>(x));
+    ASSERT_LE(std::fabs((TarnMathUtil::rsqrt64(x) - exact) / exact), 4.7e-6) << x;
+  }
+}
+
+TEST(TarnMathUtil, AcoshAgainstLibm) {
+  std::mt19937_64 rng(3);
+  std::uniform_real_distribution<double> unit(1.0, 2.0);
+  for (int i = 0; i < 100000; ++i) {
+    const double nearOne = 1.0 + std::ldexp(unit(rng), -1 - int(rng() % 52));
+    const long double exact = acoshl(nearOne);
+    ASSERT_LE(std::fabs((TarnMathUtil::acosh(nearOne) - exact) / exact), 4e-9) << nearOne;
+    const double x = 1.5 * std::pow(2.0, 40 * (unit(rng) - 1.0));
+    ASSERT_LE(Ulps(TarnMathUtil::acosh(x), std::acosh(x)), 2) << x;
+  }
+  EXPECT_EQ(TarnMathUtil::acosh(1.0), 0.0);
+  const double two28 = 268435456.0;
+  EXPECT_EQ(TarnMathUtil::acosh(two28), std::log(two28) + 0.6931471805599453);
+  EXPECT_EQ(TarnMathUtil::acosh(std::nextafter(two28, 0.0)),
+            std::log(std::nextafter(two28, 0.0) + std::sqrt(std::nextafter(two28, 0.0) *
+                                                                 std::nextafter(two28, 0.0) - 1)));
+  for (double below : {0.5, std::nextafter(1.0, 0.0), -2.0, -0.0})
+    EXPECT_TRUE(std::isnan(TarnMathUtil::acosh(below))) << below;
+}
