@@ -1,9 +1,8 @@
 //===- TarnMathUtil_test.cpp - Cheap scalar functions against libm ----------===//
 //
-// Oracles: glibc's libm and long double. The bounds are those measured on
-// millions of arguments (see TarnMathUtil.h) and are inherent in the
-// formulas: the sincos polynomials, the two Newton steps of rsqrt64, and
-// x*x - 1 in acosh near 1.
+// Oracles: glibc's libm and long double. The bounds are the ones measured on
+// millions of arguments (TarnMathUtil.h) and are inherent in the formulas:
+// the sincos polynomials, the two Newton steps of rsqrt64, x*x - 1 in acosh.
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/math/TarnMathUtil.h"
@@ -13,7 +12,6 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <limits>
 #include <random>
 
 namespace {
@@ -28,36 +26,25 @@ std::int64_t Ulps(double a, double b) {
 
 } // namespace
 
-TEST(TarnMathUtil, SinCosWithinTheirBoundOverTheTables) {
+TEST(TarnMathUtil, SinCosOnTheTablesAndLibmOutside) {
   std::mt19937_64 rng(1);
   std::uniform_real_distribution<double> in(-0.0625, 1.5625);
   for (int i = 0; i < 200000; ++i) {
-    const double x = i < 26 ? i / 16.0 : in(rng);
+    const double x = i <= 25 ? i / 16.0 : in(rng);
     double s, c;
     TarnMathUtil::sincos(x, s, c);
     ASSERT_NEAR(s, std::sin(x), 3.6e-15) << x;
     ASSERT_NEAR(c, std::cos(x), 3.6e-15) << x;
-    if (i < 26) { // the breakpoints themselves: the correctly rounded table
-      EXPECT_LE(Ulps(s, std::sin(x)), 1) << x;
-      EXPECT_LE(Ulps(c, std::cos(x)), 1) << x;
+    if (i <= 25) { // the breakpoints: the correctly rounded table itself
+      EXPECT_TRUE(Ulps(s, std::sin(x)) <= 1 && Ulps(c, std::cos(x)) <= 1) << x;
     }
   }
-}
-
-TEST(TarnMathUtil, SinCosOutsideTheTablesIsLibm) {
-  const double nan = std::numeric_limits<double>::quiet_NaN();
-  for (double x : {-0.0625, -1.0, std::nextafter(1.5625, 2.0), 2.0, 100.0, 1e300, -1e300}) {
+  for (double x : {-0.0625, -1.0, std::nextafter(1.5625, 2.0), 100.0, -1e300, std::nan("")}) {
     double s, c;
     TarnMathUtil::sincos(x, s, c);
-    EXPECT_EQ(s, std::sin(x)) << x;
-    EXPECT_EQ(c, std::cos(x)) << x;
+    EXPECT_EQ(Ulps(s, std::sin(x)), 0) << x;
+    EXPECT_EQ(Ulps(c, std::cos(x)), 0) << x;
   }
-  double s = 0, c = 0;
-  TarnMathUtil::sincos(nan, s, c);
-  EXPECT_TRUE(std::isnan(s) && std::isnan(c));
-  // The last breakpoint still belongs to the tables.
-  TarnMathUtil::sincos(1.5625, s, c);
-  EXPECT_EQ(s, 0.9999655856782489);
 }
 
 TEST(TarnMathUtil, Rsqrt64WithinTwoNewtonSteps) {
@@ -81,11 +68,8 @@ TEST(TarnMathUtil, AcoshAgainstLibm) {
     ASSERT_LE(Ulps(TarnMathUtil::acosh(x), std::acosh(x)), 2) << x;
   }
   EXPECT_EQ(TarnMathUtil::acosh(1.0), 0.0);
-  const double two28 = 268435456.0;
+  const double two28 = 268435456.0; // from here on ln x + ln 2
   EXPECT_EQ(TarnMathUtil::acosh(two28), std::log(two28) + 0.6931471805599453);
-  EXPECT_EQ(TarnMathUtil::acosh(std::nextafter(two28, 0.0)),
-            std::log(std::nextafter(two28, 0.0) + std::sqrt(std::nextafter(two28, 0.0) *
-                                                                 std::nextafter(two28, 0.0) - 1)));
   for (double below : {0.5, std::nextafter(1.0, 0.0), -2.0, -0.0})
     EXPECT_TRUE(std::isnan(TarnMathUtil::acosh(below))) << below;
 }
