@@ -31,8 +31,13 @@
 
 #include "TarnUtilities/math/TarnAlgorithmUtil.h"
 #include "TarnUtilities/math/TarnBigInteger.h"
+#include "TarnUtilities/math/TarnMathUtil.h"
 #include "TarnUtilities/math/TarnMatrix.h"
+#include "TarnUtilities/math/TarnUtilFullMatrix.h"
+#include "TarnUtilities/math/TarnUtilSparseMatrix.h"
 #include "TarnUtilities/math/TarnVectorUtil.h"
+#include "TarnUtilities/math/ZEL_Algebra.h"
+#include "TarnUtilities/math/ZEL_PrecArith.h"
 
 #include "TarnUtilities/system/TarnApplicationUtil.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
