@@ -1,0 +1,105 @@
+//===- ZEL_SearchTree3D_Search.cpp - The nearest-point query ----------------===//
+//
+// FindNearestPoint walks the tree from the root, near child first, and keeps
+// the first point whose squared distance is strictly below the best so far.
+// Which point that is, ties included, is fixed by this walk; the pruning
+// below only saves work and never changes an answer.
+//
+//===----------------------------------------------------------------------===//
+#include "TarnUtilities/geometry/ZEL_SearchTree3D.h"
+
+#include <algorithm>
+#include <limits>
+
+// How the walk goes. At an inner node, diff = query[axis] - split; the near
+// child is the left one when diff < 0, else the right one (so a query on the
+// plane goes right first). After the near child, the far child is searched
+// only when best > diff * diff. At a leaf every listed point is measured,
+// d2 = (dy*dy + dx*dx) + dz*dz in exactly this order (no fused operations;
+// see the note on rounding in SearchTreeBuilder.h), and replaces the best
+// when best > d2. The best starts at index 0 and the largest finite double.
+//
+// The cell bound. Besides the plane test the walk also skips a far child when
+// best <= (by + bx) + bz, where b holds, per axis, the largest diff * diff of
+// the splits crossed on the way down into a far child. Skipping never changes
+// an answer:
+//
+// 1. Only points with a finite d2 can replace the best (best <= DBL_MAX, and
+//    NaN compares false), so only points with finite coordinate differences
+//    matter below.
+// 2. A far child is entered only when best > diff * diff, so diff * diff is
+//    finite, hence the query coordinate and the split value are finite. A
+//    finite split value s lies between the coordinates of the two sides:
+//    left points have c <= s, right points c >= s (or NaN). For an odd list s
+//    is the first right coordinate; for an even one s = (a + b) * 0.5 of the
+//    two middle ones, and a <= s <= b when that is finite (rounding is
+//    monotone and a, b are representable).
+// 3. So every point p of the far child lies at least as far from the query on
+//    that axis as the plane: |q - p| >= |q - s| exactly, hence, rounding being
+//    monotone, |fl(q - p)| >= |diff| and fl(dp * dp) >= fl(diff * diff). A
+//    near child holds a subset of its parent, so the parent's b still holds.
+// 4. With bx, by, bz each at most the point's own squared difference, the
+//    sum (by + bx) + bz, formed in the same order, is at most its d2.
+// 5. If best <= that sum, no point of the child has d2 < best. Since the best
+//    only changes on a strictly smaller d2, searching the child would leave
+//    the best index and distance as they are: a point at exactly the best
+//    distance would not replace the one met first. Skipping it is invisible.
+
+std::size_t ZEL_SearchTree3D::FindNearestPoint(double x, double y, double z) const noexcept {
+  // The root is an empty leaf only for a tree built from no points: with a
+  // bucket size of at least 1 every other leaf holds a point.
+  if (m_Nodes.empty() || (IsLeafNode(m_Nodes[0]) && m_Nodes[0].second == 0))
+    return npos;
+  NNSearchData data{x, y, z, 0, std::numeric_limits<double>::max(), 0};
+  NearestNeighborSearch(0, data, CellBound{{0.0, 0.0, 0.0}});
+  return data.bestIndex;
+}
+
+void ZEL_SearchTree3D::FindNearestPoint(double x, double y, double z,
+                                        ResultPointData& result) const noexcept {
+  const std::size_t index = FindNearestPoint(x, y, z);
+  if (index == npos) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    result = ResultPointData{npos, 0, nan, nan, nan};
+    return;
+  }
+  const TreePoint& point = m_Points[index];
+  result = ResultPointData{index, point.id, point.x, point.y, point.z};
+}
+
+void ZEL_SearchTree3D::NearestNeighborSearch(std::size_t node, NNSearchData& data,
+                                             CellBound bound) const noexcept {
+  const double query[3] = {data.x, data.y, data.z};
+  for (;;) {
+    const TreeNode& inner = m_Nodes[node];
+    if (IsLeafNode(inner))
+      break;
+    const int axis = inner.axis;
+    const double diff = query[axis] - inner.splitValue;
+    const bool leftIsNear = diff < 0;
+    NearestNeighborSearch(leftIsNear ? inner.first : inner.second, data, bound);
+    const double plane = diff * diff;
+    if (!(data.bestDistance > plane))
+      return;
+    bound.axis[axis] = std::max(bound.axis[axis], plane);
+    if (!(data.bestDistance > (bound.axis[1] + bound.axis[0]) + bound.axis[2]))
+      return;
+    node = leftIsNear ? inner.second : inner.first;
+  }
+
+  const TreeNode& leaf = m_Nodes[node];
+  ++data.leavesVisited;
+  const std::size_t* entries = m_LeafIndices.data() + leaf.first;
+  for (std::size_t k = 0; k < leaf.second; ++k) {
+    const std::size_t index = entries[k];
+    const TreePoint& point = m_Points[index];
+    const double dx = data.x - point.x;
+    const double dy = data.y - point.y;
+    const double dz = data.z - point.z;
+    const double d2 = (dy * dy + dx * dx) + dz * dz;
+    if (data.bestDistance > d2) {
+      data.bestDistance = d2;
+      data.bestIndex = index;
+    }
+  }
+}
