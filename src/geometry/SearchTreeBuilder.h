@@ -24,10 +24,15 @@
 #define TARNUTILITIES_SRC_GEOMETRY_SEARCHTREEBUILDER_H
 
 #include "TarnUtilities/geometry/ZEL_SearchTree3D.h"
+#include "geometry/CoordinateRadixSort.h"
+#include "geometry/HugePageAdvice.h"
+#include "geometry/VarianceChains.h"
 
 #include <algorithm>
 #include <cassert>
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace ZEL_detail {
@@ -35,9 +40,10 @@ namespace ZEL_detail {
 /// Builds node 0 of a tree over all its points. `Index` holds a point index
 /// in the work lists: uint32_t when every index fits, else size_t.
 ///
-/// Precondition: the tree's node array and leaf list have room (capacity)
-/// for everything the build appends, so that no step after the constructor
-/// can throw and a failed allocation leaves the tree as it was.
+/// The constructor does all the allocating of the build's work space; Run
+/// needs the tree's node array and leaf list to have room (capacity) for
+/// everything the build appends, so that it cannot throw and a failed
+/// allocation leaves the tree as it was.
 template <typename Index> class SearchTreeBuilder {
   using Tree = ZEL_SearchTree3D;
   using TreeNode = Tree::TreeNode;
@@ -47,9 +53,16 @@ template <typename Index> class SearchTreeBuilder {
   /// Marks a list in insertion order (the root's), as opposed to one
   /// ordered on an axis.
   static constexpr int kInsertionOrder = -1;
+  /// Below this many points a comparison sort is quicker than the radix
+  /// sort's six passes over 2^11 counters.
+  static constexpr std::size_t kRadixSortFrom = 4096;
+
+  using Spread = AxisSpread;
+  using Pair = DoublePair;
 
 public:
-  /// Allocates the work lists (this may throw std::bad_alloc).
+  /// Sorts the points once per axis (this allocates and may throw
+  /// std::bad_alloc).
   SearchTreeBuilder(Tree& tree, std::size_t bucketSize)
       : tree_(tree), points_(tree.m_Points.data()), count_(tree.m_Points.size()),
         bucketSize_(bucketSize) {
@@ -59,67 +72,83 @@ public:
   }
 
   /// Rewrites node 0 as the root of a tree over all points.
-  void Run() { BuildTree(0, 0, count_, kInsertionOrder); }
+  void Run() {
+    Spread spread{};
+    if (count_ > bucketSize_)
+      spread = GatherDataVariance(count_, [](std::size_t k) { return k; });
+    BuildTree(0, 0, count_, kInsertionOrder, spread);
+  }
 
 private:
   static double Coord(const TreePoint& point, int axis) {
     return axis == 0 ? point.x : axis == 1 ? point.y : point.z;
   }
 
-  /// The point index at position `k` of the node's list [begin, end): the
-  /// root's list is 0 ... n-1, every other one the range of its parent's
-  /// axis list.
-  std::size_t ListEntry(int listAxis, std::size_t begin, std::size_t k) const {
-    return listAxis == kInsertionOrder ? begin + k : sorted_[listAxis][begin + k];
-  }
-
   void SortOnEachAxis() {
-    std::vector<PointCoord> records(count_);
-    scratch_.resize(count_);
-    goesLeft_.resize(count_);
+    // One block holds the three sorted lists, the partition's scratch list
+    // and one side mark (a byte) per point; it is written before it is read.
+    const std::size_t markWords = (count_ + sizeof(Index) - 1) / sizeof(Index);
+    block_.reset(new Index[4 * count_ + markWords]);
+    AdviseHugePages(block_.get(), (4 * count_ + markWords) * sizeof(Index));
+    for (int axis = 0; axis < 3; ++axis)
+      sorted_[axis] = block_.get() + axis * count_;
+    scratch_ = block_.get() + 3 * count_;
+    goesLeft_ = reinterpret_cast<unsigned char*>(block_.get() + 4 * count_);
+    // The keys of the radix sort are only needed here; they are freed
+    // before the tree's own arrays grow.
+    std::unique_ptr<std::uint64_t[]> keys;
+    if (count_ >= kRadixSortFrom) {
+      keys.reset(new std::uint64_t[2 * count_]);
+      AdviseHugePages(keys.get(), 2 * count_ * sizeof(std::uint64_t));
+    }
     for (int axis = 0; axis < 3; ++axis) {
+      const auto coordOf = [this, axis](std::size_t i) { return Coord(points_[i], axis); };
+      if (keys) {
+        RadixSortByCoordinate(count_, coordOf, sorted_[axis], scratch_, keys.get(),
+                              keys.get() + count_);
+        continue;
+      }
+      std::vector<PointCoord> records(count_);
       for (std::size_t i = 0; i < count_; ++i)
-        records[i] = PointCoord{Coord(points_[i], axis), i};
+        records[i] = PointCoord{coordOf(i), i};
       std::sort(records.begin(), records.end(), &Tree::ComparePointsCoord);
-      sorted_[axis].resize(count_);
       for (std::size_t i = 0; i < count_; ++i)
         sorted_[axis][i] = static_cast<Index>(records[i].index);
     }
   }
 
   /// Makes `node` an inner node with two new children, or a leaf, for the
-  /// points of [begin, end) listed in the order of `listAxis`.
-  void BuildTree(std::size_t node, std::size_t begin, std::size_t end, int listAxis) {
+  /// points of [begin, end) listed in the order of `listAxis`. `spread` is
+  /// the list's spread, gathered by the caller when the list is to split.
+  void BuildTree(std::size_t node, std::size_t begin, std::size_t end, int listAxis,
+                 const Spread& spread) {
     std::vector<TreeNode>& nodes = tree_.m_Nodes;
     const std::size_t n = end - begin;
-    if (n > bucketSize_) {
-      const int axis = FindLargestDataVariance(begin, end, listAxis);
-      const double split = PartitionDataSubset(begin, end, axis);
-      const std::size_t left = nodes.size();
-      const std::size_t right = left + 1;
-      nodes[node] = TreeNode{axis, split, left, right};
-      nodes.push_back(TreeNode{0, 0.0, 0, 0});
-      nodes.push_back(TreeNode{0, 0.0, 0, 0});
-      const std::size_t middle = begin + n / 2;
-      BuildTree(left, begin, middle, axis);
-      BuildTree(right, middle, end, axis);
+    if (n <= bucketSize_) {
+      std::vector<std::size_t>& leaves = tree_.m_LeafIndices;
+      nodes[node] = TreeNode{-1, 0.0, leaves.size(), n};
+      for (std::size_t k = begin; k < end; ++k)
+        leaves.push_back(listAxis == kInsertionOrder ? k : sorted_[listAxis][k]);
       return;
     }
-    std::vector<std::size_t>& leaves = tree_.m_LeafIndices;
-    nodes[node] = TreeNode{-1, 0.0, leaves.size(), n};
-    for (std::size_t k = 0; k < n; ++k)
-      leaves.push_back(ListEntry(listAxis, begin, k));
+    const int axis = FindLargestDataVariance(spread);
+    Spread childSpread[2] = {};
+    const double split = PartitionDataSubset(begin, end, axis, childSpread);
+    const std::size_t left = nodes.size();
+    const std::size_t right = left + 1;
+    nodes[node] = TreeNode{axis, split, left, right};
+    nodes.push_back(TreeNode{0, 0.0, 0, 0});
+    nodes.push_back(TreeNode{0, 0.0, 0, 0});
+    const std::size_t middle = begin + n / 2;
+    BuildTree(left, begin, middle, axis, childSpread[0]);
+    BuildTree(right, middle, end, axis, childSpread[1]);
   }
 
   /// The axis of the largest spread; ties go to the lower axis.
-  int FindLargestDataVariance(std::size_t begin, std::size_t end, int listAxis) const {
-    double variance[3];
-    GatherDataVariance(begin, end, listAxis, variance);
-    return Tree::MaxValueIdx(variance);
-  }
+  static int FindLargestDataVariance(const Spread& spread) { return Tree::MaxValueIdx(spread.axis); }
 
-  /// The spread of the listed points on each axis, by a running recurrence
-  /// over the list in its order:
+  /// The spread on each axis of the list whose k-th point is `entry(k)`, by
+  /// a running recurrence over the list in its order:
   ///   mean = c0, m2 = 0; for k = 1 ... n-1:
   ///     delta = ck - mean; mean += delta / k; m2 += (ck - mean) * delta
   ///   result m2 / (n - 1)
@@ -130,30 +159,15 @@ private:
   /// Every operation is a separate IEEE double operation in the order
   /// written: the library is built as ISO C++ (-std=c++17, no contraction
   /// into fused multiply-adds), so the result is the same on every machine.
-  void GatherDataVariance(std::size_t begin, std::size_t end, int listAxis,
-                          double variance[3]) const {
-    const std::size_t n = end - begin;
+  template <typename Entry> Spread GatherDataVariance(std::size_t n, Entry entry) const {
     assert(n >= 2 && "only lists larger than a bucket are measured");
-    const TreePoint& p0 = points_[ListEntry(listAxis, begin, 0)];
-    double meanX = p0.x, meanY = p0.y, meanZ = p0.z;
-    double m2X = 0.0, m2Y = 0.0, m2Z = 0.0;
+    const TreePoint& p0 = points_[entry(0)];
+    VarianceChains<double> chains(p0.x, p0.y, p0.z);
     for (std::size_t k = 1; k < n; ++k) {
-      const TreePoint& p = points_[ListEntry(listAxis, begin, k)];
-      const double divisor = static_cast<double>(k);
-      const double deltaX = p.x - meanX;
-      const double deltaY = p.y - meanY;
-      const double deltaZ = p.z - meanZ;
-      meanX = meanX + deltaX / divisor;
-      meanY = meanY + deltaY / divisor;
-      meanZ = meanZ + deltaZ / divisor;
-      m2X = m2X + (p.x - meanX) * deltaX;
-      m2Y = m2Y + (p.y - meanY) * deltaY;
-      m2Z = m2Z + (p.z - meanZ) * deltaZ;
+      const TreePoint& p = points_[entry(k)];
+      chains.Step(p.x, p.y, p.z, static_cast<double>(k));
     }
-    const double divisor = static_cast<double>(n - 1);
-    variance[0] = m2X / divisor;
-    variance[1] = m2Y / divisor;
-    variance[2] = m2Z / divisor;
+    return chains.Result(n);
   }
 
   /// Splits [begin, end) on `axis`: the first n/2 points of the axis list go
@@ -163,19 +177,57 @@ private:
   /// two middle entries' coordinates when n is even.
   ///   coordinates 0, 1, 2, 3 => left 0, 1; right 2, 3; split 1.5
   ///   coordinates 0, 1, 2    => left 0;    right 1, 2; split 1
-  double PartitionDataSubset(std::size_t begin, std::size_t end, int axis) {
+  /// Also gathers the spread of each half that will split in turn.
+  double PartitionDataSubset(std::size_t begin, std::size_t end, int axis, Spread childSpread[2]) {
     const std::size_t n = end - begin;
     const std::size_t half = n / 2;
-    const Index* byAxis = sorted_[axis].data() + begin;
-    for (std::size_t k = 0; k < n; ++k)
-      goesLeft_[byAxis[k]] = static_cast<unsigned char>(k < half);
-    for (int other = 0; other < 3; ++other)
-      if (other != axis)
-        StablePartition(sorted_[other].data() + begin, n);
+    const Index* byAxis = sorted_[axis] + begin;
+    // The right half is the larger one (or as large); when it is a leaf, so
+    // is the left, and the other lists will not be read again.
+    if (n - half > bucketSize_) {
+      MarkSidesAndGatherHalves(byAxis, n, childSpread);
+      for (int other = 0; other < 3; ++other)
+        if (other != axis)
+          StablePartition(sorted_[other] + begin, n);
+    }
     const double upper = Coord(points_[byAxis[half]], axis);
     if (n % 2 == 1)
       return upper;
     return (Coord(points_[byAxis[half - 1]], axis) + upper) * 0.5;
+  }
+
+  /// Marks each point of the axis list `byAxis` with its side and gathers
+  /// the spread of both halves in the same pass. The two recurrences run in
+  /// the two lanes of a vector (same operations, lane by lane, so each lane
+  /// is rounded as a scalar would be), which halves their latency chain.
+  void MarkSidesAndGatherHalves(const Index* byAxis, std::size_t n, Spread childSpread[2]) {
+    const std::size_t half = n / 2;
+    const Index* upper = byAxis + half;
+    const std::size_t upperCount = n - half; // half or half + 1
+    for (std::size_t k = 0; k < half; ++k)
+      goesLeft_[byAxis[k]] = 1;
+    for (std::size_t k = 0; k < upperCount; ++k)
+      goesLeft_[upper[k]] = 0;
+    if (half <= bucketSize_) {
+      childSpread[1] = GatherDataVariance(upperCount, [upper](std::size_t k) { return upper[k]; });
+      return;
+    }
+    const TreePoint& l0 = points_[byAxis[0]];
+    const TreePoint& u0 = points_[upper[0]];
+    VarianceChains<Pair> chains(Pair{l0.x, u0.x}, Pair{l0.y, u0.y}, Pair{l0.z, u0.z});
+    for (std::size_t k = 1; k < half; ++k) {
+      const TreePoint& l = points_[byAxis[k]];
+      const TreePoint& u = points_[upper[k]];
+      const double divisor = static_cast<double>(k);
+      chains.Step(Pair{l.x, u.x}, Pair{l.y, u.y}, Pair{l.z, u.z}, Pair{divisor, divisor});
+    }
+    childSpread[0] = chains.Lane(0).Result(half);
+    VarianceChains<double> last = chains.Lane(1);
+    if (upperCount > half) {
+      const TreePoint& u = points_[upper[half]];
+      last.Step(u.x, u.y, u.z, static_cast<double>(half));
+    }
+    childSpread[1] = last.Result(upperCount);
   }
 
   /// Moves the entries that go left to the front of `list`, the others
@@ -193,8 +245,7 @@ private:
       left += toLeft;
       right += 1 - toLeft;
     }
-    std::copy(scratch_.begin(), scratch_.begin() + static_cast<std::ptrdiff_t>(right),
-              list + left);
+    std::copy(scratch_, scratch_ + right, list + left);
   }
 
   Tree& tree_;
@@ -202,12 +253,14 @@ private:
   std::size_t count_;
   std::size_t bucketSize_;
   /// The point indices sorted on x, y and z; a node owns [begin, end) of each.
-  std::vector<Index> sorted_[3];
+  Index* sorted_[3] = {};
   /// The side each point of the node being split goes to: 1 left, 0 right.
   /// Bytes rather than bits, so that marking a point is a plain store.
-  std::vector<unsigned char> goesLeft_;
+  unsigned char* goesLeft_ = nullptr;
   /// Holds the right-hand entries during a stable partition.
-  std::vector<Index> scratch_;
+  Index* scratch_ = nullptr;
+  /// The memory of the three members above.
+  std::unique_ptr<Index[]> block_;
 };
 
 } // namespace ZEL_detail

@@ -9,6 +9,7 @@
 #include "TarnUtilities/geometry/ZEL_SearchTree3D.h"
 #include "TarnUtilities/logging/ZEL_Failure.h"
 #include "TarnUtilities/logging/ZEL_LogMacros.h"
+#include "geometry/HugePageAdvice.h"
 #include "geometry/SearchTreeBuilder.h"
 
 #include <cmath>
@@ -92,24 +93,27 @@ void ZEL_SearchTree3D::CreateTree(std::size_t bucketSize) {
     ZEL_LOG_ERROR(kHeader, message);
     throw ZEL_Failure(ZEL_Code("120912000001"), message, kHeader);
   }
-  // Take every block the build needs before the first change, so that an
-  // allocation failure leaves the tree as it was: one zero node for the
-  // root's place, two per inner node, one leaf entry per point.
+  if (m_Points.size() <= std::numeric_limits<std::uint32_t>::max())
+    Build<std::uint32_t>(bucketSize);
+  else
+    Build<std::size_t>(bucketSize);
+}
+
+template <typename Index> void ZEL_SearchTree3D::Build(std::size_t bucketSize) {
+  // Every block is taken before the first change, so that an allocation
+  // failure leaves the tree as it was: the builder's work space, then one
+  // zero node for the root's place, two per inner node and one leaf entry
+  // per point. Former nodes and leaf entries stay where they are; only
+  // node 0 is rewritten.
+  ZEL_detail::SearchTreeBuilder<Index> builder(*this, bucketSize);
   const std::size_t count = m_Points.size();
   std::map<std::size_t, std::size_t> memo;
   m_Nodes.reserve(m_Nodes.size() + 1 + 2 * InnerNodeCount(count, bucketSize, memo));
   m_LeafIndices.reserve(m_LeafIndices.size() + count);
-  // Former nodes and leaf entries stay where they are; only node 0 is
-  // rewritten, so a tree is never left half built.
-  if (count <= std::numeric_limits<std::uint32_t>::max()) {
-    ZEL_detail::SearchTreeBuilder<std::uint32_t> builder(*this, bucketSize);
-    m_Nodes.push_back(TreeNode{0, 0.0, 0, 0});
-    builder.Run();
-  } else {
-    ZEL_detail::SearchTreeBuilder<std::size_t> builder(*this, bucketSize);
-    m_Nodes.push_back(TreeNode{0, 0.0, 0, 0});
-    builder.Run();
-  }
+  ZEL_detail::AdviseHugePagesForCapacity(m_Nodes);
+  ZEL_detail::AdviseHugePagesForCapacity(m_LeafIndices);
+  m_Nodes.push_back(TreeNode{0, 0.0, 0, 0});
+  builder.Run();
 }
 
 bool ZEL_SearchTree3D::ComparePointsCoord(const PointCoord& a, const PointCoord& b) {

@@ -146,6 +146,8 @@ private:
     double axis[3];
   };
 
+  /// CreateTree with work lists of point indices of type Index.
+  template <typename Index> void Build(std::size_t bucketSize);
   /// The nearest-point search from `node` down, updating `data`.
   void NearestNeighborSearch(std::size_t node, NNSearchData& data, CellBound bound) const noexcept;
 
