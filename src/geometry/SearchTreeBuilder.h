@@ -87,25 +87,24 @@ private:
   void SortOnEachAxis() {
     // One block holds the three sorted lists, the partition's scratch list
     // and one side mark (a byte) per point; it is written before it is read.
-    const std::size_t markWords = (count_ + sizeof(Index) - 1) / sizeof(Index);
-    block_.reset(new Index[4 * count_ + markWords]);
-    AdviseHugePages(block_.get(), (4 * count_ + markWords) * sizeof(Index));
+    block_ = std::make_unique<WorkBlock>(4 * count_ * sizeof(Index) + count_);
+    Index* const lists = static_cast<Index*>(block_->data());
     for (int axis = 0; axis < 3; ++axis)
-      sorted_[axis] = block_.get() + axis * count_;
-    scratch_ = block_.get() + 3 * count_;
-    goesLeft_ = reinterpret_cast<unsigned char*>(block_.get() + 4 * count_);
+      sorted_[axis] = lists + axis * count_;
+    scratch_ = lists + 3 * count_;
+    goesLeft_ = reinterpret_cast<unsigned char*>(lists + 4 * count_);
     // The keys of the radix sort are only needed here; they are freed
     // before the tree's own arrays grow.
-    std::unique_ptr<std::uint64_t[]> keys;
+    std::unique_ptr<WorkBlock> keyBlock;
+    std::uint64_t* keys = nullptr;
     if (count_ >= kRadixSortFrom) {
-      keys.reset(new std::uint64_t[2 * count_]);
-      AdviseHugePages(keys.get(), 2 * count_ * sizeof(std::uint64_t));
+      keyBlock = std::make_unique<WorkBlock>(2 * count_ * sizeof(std::uint64_t));
+      keys = static_cast<std::uint64_t*>(keyBlock->data());
     }
     for (int axis = 0; axis < 3; ++axis) {
       const auto coordOf = [this, axis](std::size_t i) { return Coord(points_[i], axis); };
       if (keys) {
-        RadixSortByCoordinate(count_, coordOf, sorted_[axis], scratch_, keys.get(),
-                              keys.get() + count_);
+        RadixSortByCoordinate(count_, coordOf, sorted_[axis], scratch_, keys, keys + count_);
         continue;
       }
       std::vector<PointCoord> records(count_);
@@ -197,34 +196,45 @@ private:
   }
 
   /// Marks each point of the axis list `byAxis` with its side and gathers
-  /// the spread of both halves in the same pass. The two recurrences run in
-  /// the two lanes of a vector (same operations, lane by lane, so each lane
-  /// is rounded as a scalar would be), which halves their latency chain.
+  /// the spread of each half that will split, in the same pass. The two
+  /// recurrences run in the two lanes of a vector (same operations, lane by
+  /// lane, so each lane is rounded as a scalar would be), which halves their
+  /// latency chain.
   void MarkSidesAndGatherHalves(const Index* byAxis, std::size_t n, Spread childSpread[2]) {
+    // Locals: stores through the byte pointer could alias the members.
+    unsigned char* const goesLeft = goesLeft_;
+    const TreePoint* const points = points_;
     const std::size_t half = n / 2;
-    const Index* upper = byAxis + half;
+    const Index* const lower = byAxis;
+    const Index* const upper = byAxis + half;
     const std::size_t upperCount = n - half; // half or half + 1
-    for (std::size_t k = 0; k < half; ++k)
-      goesLeft_[byAxis[k]] = 1;
-    for (std::size_t k = 0; k < upperCount; ++k)
-      goesLeft_[upper[k]] = 0;
     if (half <= bucketSize_) {
+      // Only the upper half splits further.
+      for (std::size_t k = 0; k < half; ++k)
+        goesLeft[lower[k]] = 1;
+      for (std::size_t k = 0; k < upperCount; ++k)
+        goesLeft[upper[k]] = 0;
       childSpread[1] = GatherDataVariance(upperCount, [upper](std::size_t k) { return upper[k]; });
       return;
     }
-    const TreePoint& l0 = points_[byAxis[0]];
-    const TreePoint& u0 = points_[upper[0]];
+    goesLeft[lower[0]] = 1;
+    goesLeft[upper[0]] = 0;
+    const TreePoint& l0 = points[lower[0]];
+    const TreePoint& u0 = points[upper[0]];
     VarianceChains<Pair> chains(Pair{l0.x, u0.x}, Pair{l0.y, u0.y}, Pair{l0.z, u0.z});
     for (std::size_t k = 1; k < half; ++k) {
-      const TreePoint& l = points_[byAxis[k]];
-      const TreePoint& u = points_[upper[k]];
+      goesLeft[lower[k]] = 1;
+      goesLeft[upper[k]] = 0;
+      const TreePoint& l = points[lower[k]];
+      const TreePoint& u = points[upper[k]];
       const double divisor = static_cast<double>(k);
       chains.Step(Pair{l.x, u.x}, Pair{l.y, u.y}, Pair{l.z, u.z}, Pair{divisor, divisor});
     }
     childSpread[0] = chains.Lane(0).Result(half);
     VarianceChains<double> last = chains.Lane(1);
     if (upperCount > half) {
-      const TreePoint& u = points_[upper[half]];
+      goesLeft[upper[half]] = 0;
+      const TreePoint& u = points[upper[half]];
       last.Step(u.x, u.y, u.z, static_cast<double>(half));
     }
     childSpread[1] = last.Result(upperCount);
@@ -233,19 +243,21 @@ private:
   /// Moves the entries that go left to the front of `list`, the others
   /// behind them, each group in its former order.
   void StablePartition(Index* list, std::size_t n) {
+    const unsigned char* const goesLeft = goesLeft_;
+    Index* const scratch = scratch_;
     std::size_t left = 0;
     std::size_t right = 0;
     for (std::size_t k = 0; k < n; ++k) {
       const Index entry = list[k];
       // Both stores happen; only one position advances. list[left] is never
       // ahead of list[k], which has been read already.
-      const std::size_t toLeft = goesLeft_[entry];
+      const std::size_t toLeft = goesLeft[entry];
       list[left] = entry;
-      scratch_[right] = entry;
+      scratch[right] = entry;
       left += toLeft;
       right += 1 - toLeft;
     }
-    std::copy(scratch_, scratch_ + right, list + left);
+    std::copy(scratch, scratch + right, list + left);
   }
 
   Tree& tree_;
@@ -260,7 +272,7 @@ private:
   /// Holds the right-hand entries during a stable partition.
   Index* scratch_ = nullptr;
   /// The memory of the three members above.
-  std::unique_ptr<Index[]> block_;
+  std::unique_ptr<WorkBlock> block_;
 };
 
 } // namespace ZEL_detail

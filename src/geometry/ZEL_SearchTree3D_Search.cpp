@@ -9,6 +9,7 @@
 #include "TarnUtilities/geometry/ZEL_SearchTree3D.h"
 
 #include <algorithm>
+#include <cassert>
 #include <limits>
 
 // How the walk goes. At an inner node, diff = query[axis] - split; the near
@@ -51,7 +52,7 @@ std::size_t ZEL_SearchTree3D::FindNearestPoint(double x, double y, double z) con
   if (m_Nodes.empty() || (IsLeafNode(m_Nodes[0]) && m_Nodes[0].second == 0))
     return npos;
   NNSearchData data{x, y, z, 0, std::numeric_limits<double>::max(), 0};
-  NearestNeighborSearch(0, data, CellBound{{0.0, 0.0, 0.0}});
+  NearestNeighborSearch(0, data);
   return data.bestIndex;
 }
 
@@ -67,39 +68,73 @@ void ZEL_SearchTree3D::FindNearestPoint(double x, double y, double z,
   result = ResultPointData{index, point.id, point.x, point.y, point.z};
 }
 
-void ZEL_SearchTree3D::NearestNeighborSearch(std::size_t node, NNSearchData& data,
-                                             CellBound bound) const noexcept {
+void ZEL_SearchTree3D::NearestNeighborSearch(std::size_t node, NNSearchData& data) const noexcept {
+  // The far children still to be searched, latest last: the walk is the
+  // recursive one (near child, then far child) with its own stack. Children
+  // halve the points, so the tree is at most 64 levels deep and at most one
+  // far child per level is waiting.
+  struct FarChild {
+    std::size_t node;
+    double plane; // diff * diff at its parent
+    CellBound bound;
+  };
+  FarChild waiting[64];
+  std::size_t waitingCount = 0;
   const double query[3] = {data.x, data.y, data.z};
+  double best = data.bestDistance;
+  std::size_t bestIndex = data.bestIndex;
+  CellBound bound{{0.0, 0.0, 0.0}};
   for (;;) {
-    const TreeNode& inner = m_Nodes[node];
-    if (IsLeafNode(inner))
-      break;
-    const int axis = inner.axis;
-    const double diff = query[axis] - inner.splitValue;
-    const bool leftIsNear = diff < 0;
-    NearestNeighborSearch(leftIsNear ? inner.first : inner.second, data, bound);
-    const double plane = diff * diff;
-    if (!(data.bestDistance > plane))
-      return;
-    bound.axis[axis] = std::max(bound.axis[axis], plane);
-    if (!(data.bestDistance > (bound.axis[1] + bound.axis[0]) + bound.axis[2]))
-      return;
-    node = leftIsNear ? inner.second : inner.first;
-  }
+    const TreeNode* current = &m_Nodes[node];
+    while (!IsLeafNode(*current)) {
+      const int axis = current->axis;
+      const double diff = query[axis] - current->splitValue;
+      const bool leftIsNear = diff < 0;
+      const double plane = diff * diff;
+      CellBound farBound = bound;
+      farBound.axis[axis] = std::max(bound.axis[axis], plane);
+      // The best only shrinks: a far child that fails the tests now fails
+      // them when its turn comes, and need not wait.
+      if (best > plane && best > (farBound.axis[1] + farBound.axis[0]) + farBound.axis[2]) {
+        assert(waitingCount < 64 && "the tree is deeper than its point count allows");
+        const std::size_t far = leftIsNear ? current->second : current->first;
+        __builtin_prefetch(&m_Nodes[far]); // read when its turn comes
+        waiting[waitingCount++] = FarChild{far, plane, farBound};
+      }
+      node = leftIsNear ? current->first : current->second;
+      current = &m_Nodes[node];
+    }
 
-  const TreeNode& leaf = m_Nodes[node];
-  ++data.leavesVisited;
-  const std::size_t* entries = m_LeafIndices.data() + leaf.first;
-  for (std::size_t k = 0; k < leaf.second; ++k) {
-    const std::size_t index = entries[k];
-    const TreePoint& point = m_Points[index];
-    const double dx = data.x - point.x;
-    const double dy = data.y - point.y;
-    const double dz = data.z - point.z;
-    const double d2 = (dy * dy + dx * dx) + dz * dz;
-    if (data.bestDistance > d2) {
-      data.bestDistance = d2;
-      data.bestIndex = index;
+    ++data.leavesVisited;
+    // The best is chosen without a branch: the outcome of the comparison is
+    // hard to predict, and a mispredicted branch would hold up the loads of
+    // the next points.
+    const std::size_t* entries = m_LeafIndices.data() + current->first;
+    for (std::size_t k = 0; k < current->second; ++k) {
+      const std::size_t index = entries[k];
+      const TreePoint& point = m_Points[index];
+      const double dx = data.x - point.x;
+      const double dy = data.y - point.y;
+      const double dz = data.z - point.z;
+      const double d2 = (dy * dy + dx * dx) + dz * dz;
+      const bool closer = best > d2;
+      bestIndex = closer ? index : bestIndex;
+      best = closer ? d2 : best;
+    }
+
+    for (;;) {
+      if (waitingCount == 0) {
+        data.bestDistance = best;
+        data.bestIndex = bestIndex;
+        return;
+      }
+      const FarChild& far = waiting[--waitingCount];
+      const CellBound& b = far.bound;
+      if (best > far.plane && best > (b.axis[1] + b.axis[0]) + b.axis[2]) {
+        node = far.node;
+        bound = b;
+        break;
+      }
     }
   }
 }

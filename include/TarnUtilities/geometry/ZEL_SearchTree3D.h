@@ -149,7 +149,7 @@ private:
   /// CreateTree with work lists of point indices of type Index.
   template <typename Index> void Build(std::size_t bucketSize);
   /// The nearest-point search from `node` down, updating `data`.
-  void NearestNeighborSearch(std::size_t node, NNSearchData& data, CellBound bound) const noexcept;
+  void NearestNeighborSearch(std::size_t node, NNSearchData& data) const noexcept;
 
   /// The total order of the partition: by coordinate, NaN after every
   /// number, -0.0 equal to +0.0, then by point index.
