@@ -50,8 +50,9 @@ struct CloudAdaptor {
   template <class Box> bool kdtree_get_bbox(Box&) const { return false; }
 };
 
-using PeerTree = nanoflann::KDTreeSingleIndexAdaptor<nanoflann::L2_Simple_Adaptor<double, CloudAdaptor>,
-                                                     CloudAdaptor, 3, std::size_t>;
+using PeerTree =
+    nanoflann::KDTreeSingleIndexAdaptor<nanoflann::L2_Simple_Adaptor<double, CloudAdaptor>,
+                                        CloudAdaptor, 3, std::size_t>;
 
 struct Scene {
   std::vector<Point> points;

@@ -48,7 +48,8 @@ WorkBlock::WorkBlock(std::size_t bytes) {
   if (rounded < bytes || rounded + kHugePage < rounded)
     throw std::bad_alloc();
   mappingBytes_ = rounded + kHugePage;
-  mapping_ = mmap(nullptr, mappingBytes_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  mapping_ =
+      mmap(nullptr, mappingBytes_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (mapping_ == MAP_FAILED)
     throw std::bad_alloc();
   const std::uintptr_t start = reinterpret_cast<std::uintptr_t>(mapping_);

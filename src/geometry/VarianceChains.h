@@ -30,6 +30,15 @@ struct AxisSpread {
 ///   mean = c0, m2 = 0; for each next value c at position k:
 ///     delta = c - mean; mean = mean + delta / k; m2 = m2 + (c - mean) * delta
 /// and the spread of n values is m2 / (n - 1).
+///
+/// The divisor is k, not k + 1 as in Welford's recurrence, so the mean after
+/// the second value is that value: (0, 2, 4) gives means 0, 2, 3 and m2 0,
+/// 0, 2, a spread of 1 where the variance is 4. The figure only ranks the three
+/// axes of one list, and this ranking is the one the tree is defined by.
+/// Every operation is a separate IEEE double operation in the order written,
+/// and the geometry sources are compiled with -ffp-contract=off (no fusing of
+/// a * b + c into one multiply-add, even where the target has one), so the
+/// result is the same on every machine.
 template <typename T> class VarianceChains {
 public:
   /// Starts with the first point's coordinates.

@@ -3,7 +3,7 @@
 // Everything of ZEL_SearchTree3D except the query (ZEL_SearchTree3D_Search.cpp):
 // the points, CreateTree with its checks and its all-or-nothing memory
 // reservation, and the two small rules the builder uses (the order on an
-// axis and the choice of the axis). The build itself is SearchTreeBuilder.h.
+// axis and the choice of the axis). The build itself is SearchTreeBuilder.cpp.
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/geometry/ZEL_SearchTree3D.h"
@@ -32,8 +32,8 @@ std::size_t InnerNodeCount(std::size_t n, std::size_t bucketSize,
   const auto known = memo.find(n);
   if (known != memo.end())
     return known->second;
-  const std::size_t count = 1 + InnerNodeCount(n / 2, bucketSize, memo) +
-                            InnerNodeCount(n - n / 2, bucketSize, memo);
+  const std::size_t count =
+      1 + InnerNodeCount(n / 2, bucketSize, memo) + InnerNodeCount(n - n / 2, bucketSize, memo);
   memo.emplace(n, count);
   return count;
 }

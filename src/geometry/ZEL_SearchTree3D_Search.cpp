@@ -3,7 +3,9 @@
 // FindNearestPoint walks the tree from the root, near child first, and keeps
 // the first point whose squared distance is strictly below the best so far.
 // Which point that is, ties included, is fixed by this walk; the pruning
-// below only saves work and never changes an answer.
+// below only saves work and never changes an answer. The walk keeps the far
+// children still to be searched on a small stack of its own rather than
+// recursing: same order, same decisions, less work per node.
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/geometry/ZEL_SearchTree3D.h"
@@ -16,8 +18,8 @@
 // child is the left one when diff < 0, else the right one (so a query on the
 // plane goes right first). After the near child, the far child is searched
 // only when best > diff * diff. At a leaf every listed point is measured,
-// d2 = (dy*dy + dx*dx) + dz*dz in exactly this order (no fused operations;
-// see the note on rounding in SearchTreeBuilder.h), and replaces the best
+// d2 = (dy*dy + dx*dx) + dz*dz in exactly this order (no fused operations:
+// the geometry sources are compiled with -ffp-contract=off), and replaces the best
 // when best > d2. The best starts at index 0 and the largest finite double.
 //
 // The cell bound. Besides the plane test the walk also skips a far child when

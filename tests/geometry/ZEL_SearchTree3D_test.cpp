@@ -130,13 +130,21 @@ std::vector<Tree::TreePoint> MakeCloud(Cloud kind, std::size_t n, std::mt19937_6
     const int id = static_cast<int>(i) * 3 - 7;
     const double c = static_cast<double>(i % 5);
     switch (kind) {
-    case Cloud::Uniform: p.push_back({id, u(rng), u(rng), u(rng)}); break;
-    case Cloud::Clustered: p.push_back({id, c + g(rng), c * 0.5 + g(rng), -c + g(rng)}); break;
+    case Cloud::Uniform:
+      p.push_back({id, u(rng), u(rng), u(rng)});
+      break;
+    case Cloud::Clustered:
+      p.push_back({id, c + g(rng), c * 0.5 + g(rng), -c + g(rng)});
+      break;
     case Cloud::Grid: // a unit grid in row order: many equal coordinates and distances
       p.push_back({id, double(i % side), double(i / side % side), double(i / side / side)});
       break;
-    case Cloud::Duplicates: p.push_back({id, c, c, 0.0}); break;
-    case Cloud::Flat: p.push_back({id, u(rng), i % 2 ? -0.0 : 0.0, 2.0}); break;
+    case Cloud::Duplicates:
+      p.push_back({id, c, c, 0.0});
+      break;
+    case Cloud::Flat:
+      p.push_back({id, u(rng), i % 2 ? -0.0 : 0.0, 2.0});
+      break;
     case Cloud::NonFinite: {
       const double odd[] = {kNan, kInf, -kInf, 1e308, -1e308, 0.0, -0.0, 5e-324};
       p.push_back({id, odd[rng() % 8], u(rng), odd[rng() % 8]});
@@ -168,15 +176,19 @@ std::vector<Tree::TreePoint> MakeQueries(const Oracle& o, std::size_t count, std
 }
 
 TEST(ZEL_SearchTree3D, EqualsTheTranscriptionAndBruteForce) {
-  struct Case { Cloud cloud; std::size_t n, bucket; } cases[] = {
-      {Cloud::Uniform, 1, 1},       {Cloud::Uniform, 2, 1},     {Cloud::Uniform, 1000, 1},
-      {Cloud::Uniform, 100000, 12}, {Cloud::Uniform, 777, 64},  {Cloud::Clustered, 5000, 3},
-      {Cloud::Clustered, 20000, 12}, {Cloud::Grid, 1000, 1},    {Cloud::Grid, 8000, 12},
-      {Cloud::Grid, 4913, 7},       {Cloud::Duplicates, 500, 2}, {Cloud::Duplicates, 64, 64},
-      {Cloud::Flat, 3000, 5},       {Cloud::NonFinite, 2000, 4}, {Cloud::Uniform, 13, 12}};
+  struct Case {
+    Cloud cloud;
+    std::size_t n, bucket;
+  } cases[] = {
+      {Cloud::Uniform, 1, 1},        {Cloud::Uniform, 2, 1},      {Cloud::Uniform, 1000, 1},
+      {Cloud::Uniform, 100000, 12},  {Cloud::Uniform, 777, 64},   {Cloud::Clustered, 5000, 3},
+      {Cloud::Clustered, 20000, 12}, {Cloud::Grid, 1000, 1},      {Cloud::Grid, 8000, 12},
+      {Cloud::Grid, 4913, 7},        {Cloud::Duplicates, 500, 2}, {Cloud::Duplicates, 64, 64},
+      {Cloud::Flat, 3000, 5},        {Cloud::NonFinite, 2000, 4}, {Cloud::Uniform, 13, 12}};
   std::mt19937_64 rng(20240612);
   for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << "cloud " << int(c.cloud) << ", n " << c.n << ", bucket " << c.bucket);
+    SCOPED_TRACE(testing::Message()
+                 << "cloud " << int(c.cloud) << ", n " << c.n << ", bucket " << c.bucket);
     Oracle oracle;
     oracle.points = MakeCloud(c.cloud, c.n, rng);
     Tree tree;
@@ -207,11 +219,13 @@ TEST(ZEL_SearchTree3D, WorkedCases) {
     tree.AddPoint(5.0 - i, 0.0, 0.0); // x = 5 ... -6, default id
   tree.CreateTree(12);                // one leaf, insertion order
   EXPECT_EQ(tree.GetPoints()[0].id, 0);
-  EXPECT_EQ(tree.GetLeafIndices(), (std::vector<std::size_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
+  EXPECT_EQ(tree.GetLeafIndices(),
+            (std::vector<std::size_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
   tree.AddPoint(42, 0.5, 0.0, 0.0);
   tree.CreateTree(12); // 13 points: 6 left, 7 right, split at the 7th smallest x
   const std::vector<Tree::TreeNode>& n = tree.GetNodes();
-  EXPECT_TRUE(n[0].axis == 0 && n[0].splitValue == 0.0 && n[n[0].first].second == 6 && n[n[0].second].second == 7);
+  EXPECT_TRUE(n[0].axis == 0 && n[0].splitValue == 0.0 && n[n[0].first].second == 6 &&
+              n[n[0].second].second == 7);
 
   Tree twins; // two points at one place: the one added first
   twins.AddPoint(1, 0.0, 0.0, 0.0);
@@ -262,14 +276,16 @@ TEST(ZEL_SearchTree3D, MisuseHasDefinedResults) {
   Tree tree;
   Tree::ResultPointData r{7, 7, 0.0, 0.0, 0.0};
   EXPECT_EQ(tree.FindNearestPoint(0, 0, 0), Tree::npos); // no tree yet
-  tree.CreateTree(1);                                      // a tree of no points
+  tree.CreateTree(1);                                    // a tree of no points
   tree.FindNearestPoint(0, 0, 0, r);
-  EXPECT_TRUE(r.index == Tree::npos && r.id == 0 && std::isnan(r.x) && std::isnan(r.y) && std::isnan(r.z));
+  EXPECT_TRUE(r.index == Tree::npos && r.id == 0 && std::isnan(r.x) && std::isnan(r.y) &&
+              std::isnan(r.z));
   tree.AddPoint(1.0, 2.0, 3.0); // added after the build: still no point in the tree
   EXPECT_EQ(tree.FindNearestPoint(1, 2, 3), Tree::npos);
   const std::vector<Tree::TreeNode> nodes = tree.GetNodes();
-  EXPECT_NE(tarn_test::FailureMessage([&] { tree.CreateTree(0); }).find("bucket size of at least 1"),
-            std::string::npos);
+  EXPECT_NE(
+      tarn_test::FailureMessage([&] { tree.CreateTree(0); }).find("bucket size of at least 1"),
+      std::string::npos);
   EXPECT_EQ(tree.GetNodes().size(), nodes.size());
 }
 

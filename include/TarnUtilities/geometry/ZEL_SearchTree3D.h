@@ -58,9 +58,9 @@ public:
 
   /// One node of the tree. A node is a leaf exactly when `axis` is negative.
   struct TreeNode {
-    int axis;          ///< inner: splitting axis, 0 = x, 1 = y, 2 = z; leaf: -1
-    double splitValue; ///< inner: coordinate of the splitting plane; leaf: 0.0
-    std::size_t first; ///< inner: left child's node index; leaf: first leaf-list position
+    int axis;           ///< inner: splitting axis, 0 = x, 1 = y, 2 = z; leaf: -1
+    double splitValue;  ///< inner: coordinate of the splitting plane; leaf: 0.0
+    std::size_t first;  ///< inner: left child's node index; leaf: first leaf-list position
     std::size_t second; ///< inner: right child's node index; leaf: number of points
   };
 
@@ -75,8 +75,8 @@ public:
     double x; ///< the query position
     double y;
     double z;
-    std::size_t bestIndex;    ///< starts at 0
-    double bestDistance;      ///< squared; starts at the largest finite double
+    std::size_t bestIndex;     ///< starts at 0
+    double bestDistance;       ///< squared; starts at the largest finite double
     std::size_t leavesVisited; ///< counted, not reported
   };
 
