@@ -118,8 +118,8 @@ void Prepare() {
   }
 }
 
-void BM_TarnBuild(benchmark::State& state) {
-  const Scene& s = g_Scenes[state.range(0)];
+void BM_TarnBuild(benchmark::State& state, int scene) {
+  const Scene& s = g_Scenes[scene];
   for (auto _ : state) {
     state.PauseTiming();
     ZEL_SearchTree3D tree = s.unbuilt;
@@ -132,8 +132,8 @@ void BM_TarnBuild(benchmark::State& state) {
   }
 }
 
-void BM_NanoflannBuild(benchmark::State& state) {
-  const Scene& s = g_Scenes[state.range(0)];
+void BM_NanoflannBuild(benchmark::State& state, int scene) {
+  const Scene& s = g_Scenes[scene];
   for (auto _ : state) {
     auto tree = std::make_unique<PeerTree>(
         3, s.adaptor,
@@ -147,16 +147,16 @@ void BM_NanoflannBuild(benchmark::State& state) {
   }
 }
 
-void BM_TarnQuery(benchmark::State& state) {
-  const Scene& s = g_Scenes[state.range(0)];
+void BM_TarnQuery(benchmark::State& state, int scene) {
+  const Scene& s = g_Scenes[scene];
   for (auto _ : state)
     for (const Point& q : s.queries)
       benchmark::DoNotOptimize(s.built.FindNearestPoint(q.x, q.y, q.z));
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(s.queries.size()));
 }
 
-void BM_NanoflannQuery(benchmark::State& state) {
-  const Scene& s = g_Scenes[state.range(0)];
+void BM_NanoflannQuery(benchmark::State& state, int scene) {
+  const Scene& s = g_Scenes[scene];
   for (auto _ : state)
     for (const Point& q : s.queries)
       benchmark::DoNotOptimize(PeerNearest(*s.peer, q));
@@ -165,18 +165,22 @@ void BM_NanoflannQuery(benchmark::State& state) {
 
 } // namespace
 
-// Argument: 0 = uniform cloud, 1 = grid.
-BENCHMARK(BM_TarnBuild)->ArgName("grid")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_NanoflannBuild)->ArgName("grid")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_TarnQuery)->ArgName("grid")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_NanoflannQuery)->ArgName("grid")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+// Scene 0 is the uniform cloud, scene 1 the grid.
+BENCHMARK_CAPTURE(BM_TarnBuild, uniform, 0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TarnBuild, grid, 1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NanoflannBuild, uniform, 0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NanoflannBuild, grid, 1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TarnQuery, uniform, 0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_TarnQuery, grid, 1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NanoflannQuery, uniform, 0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_NanoflannQuery, grid, 1)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
   return tarnbench::RunWithRatios(
       argc, argv,
-      {{"BM_TarnBuild/grid:0", "BM_NanoflannBuild/grid:0", "target <= 1.5"},
-       {"BM_TarnBuild/grid:1", "BM_NanoflannBuild/grid:1", "target <= 1.5"},
-       {"BM_TarnQuery/grid:0", "BM_NanoflannQuery/grid:0", "target <= 1.0"},
-       {"BM_TarnQuery/grid:1", "BM_NanoflannQuery/grid:1", "target <= 1.0"}},
+      {{"BM_TarnBuild/uniform", "BM_NanoflannBuild/uniform", "target <= 1.5"},
+       {"BM_TarnBuild/grid", "BM_NanoflannBuild/grid", "target <= 1.5"},
+       {"BM_TarnQuery/uniform", "BM_NanoflannQuery/uniform", "target <= 1.0"},
+       {"BM_TarnQuery/grid", "BM_NanoflannQuery/grid", "target <= 1.0"}},
       Prepare);
 }

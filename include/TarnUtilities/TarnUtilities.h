@@ -11,6 +11,8 @@
 #include "TarnUtilities/container/ZEL_DoubleArray.h"
 #include "TarnUtilities/container/ZEL_IntArray.h"
 
+#include "TarnUtilities/geometry/ZEL_SearchTree3D.h"
+
 #include "TarnUtilities/logging/ZEL_ApplicationTerminator.h"
 #include "TarnUtilities/logging/ZEL_Assert.h"
 #include "TarnUtilities/logging/ZEL_Backtrace.h"

@@ -77,8 +77,8 @@ void ZEL_SearchTree3D::NearestNeighborSearch(std::size_t node, NNSearchData& dat
   // far child per level is waiting.
   struct FarChild {
     std::size_t node;
-    double plane; // diff * diff at its parent
     CellBound bound;
+    double cellDistance; // (by + bx) + bz of bound
   };
   FarChild waiting[64];
   std::size_t waitingCount = 0;
@@ -95,13 +95,16 @@ void ZEL_SearchTree3D::NearestNeighborSearch(std::size_t node, NNSearchData& dat
       const double plane = diff * diff;
       CellBound farBound = bound;
       farBound.axis[axis] = std::max(bound.axis[axis], plane);
-      // The best only shrinks: a far child that fails the tests now fails
-      // them when its turn comes, and need not wait.
-      if (best > plane && best > (farBound.axis[1] + farBound.axis[0]) + farBound.axis[2]) {
+      const double cellDistance = (farBound.axis[1] + farBound.axis[0]) + farBound.axis[2];
+      // The plane test, then the cell test. The best only shrinks: a far
+      // child that fails them now fails them when its turn comes, and need
+      // not wait. One that waits has a finite plane no farther than its
+      // cell, so when its turn comes the cell test alone decides.
+      if (best > plane && best > cellDistance) {
         assert(waitingCount < 64 && "the tree is deeper than its point count allows");
         const std::size_t far = leftIsNear ? current->second : current->first;
         __builtin_prefetch(&m_Nodes[far]); // read when its turn comes
-        waiting[waitingCount++] = FarChild{far, plane, farBound};
+        waiting[waitingCount++] = FarChild{far, farBound, cellDistance};
       }
       node = leftIsNear ? current->first : current->second;
       current = &m_Nodes[node];
@@ -131,10 +134,9 @@ void ZEL_SearchTree3D::NearestNeighborSearch(std::size_t node, NNSearchData& dat
         return;
       }
       const FarChild& far = waiting[--waitingCount];
-      const CellBound& b = far.bound;
-      if (best > far.plane && best > (b.axis[1] + b.axis[0]) + b.axis[2]) {
+      if (best > far.cellDistance) {
         node = far.node;
-        bound = b;
+        bound = far.bound;
         break;
       }
     }

@@ -257,7 +257,8 @@ TEST(ZEL_SearchTree3D, RebuildsAppendAndAnswerAsBefore) {
   for (const Tree::TreePoint& p : oracle.points)
     tree.AddPoint(p.id, p.x, p.y, p.z);
   tree.CreateTree(6);
-  Tree copy = tree;
+  Tree copy;
+  copy = tree; // through the copy constructor and the move assignment
   tree.AddPoint(1, 0.0, 0.0, 0.0); // not in the tree until it is rebuilt
   EXPECT_NE(tree.FindNearestPoint(0.0, 0.0, 0.0), 3000u);
   tree.CreateTree(6);
