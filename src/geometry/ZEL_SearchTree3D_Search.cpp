@@ -91,22 +91,35 @@ void ZEL_SearchTree3D::NearestNeighborSearch(std::size_t node, NNSearchData& dat
     while (!IsLeafNode(*current)) {
       const int axis = current->axis;
       const double diff = query[axis] - current->splitValue;
-      const bool leftIsNear = diff < 0;
+      // Near and far child picked without a branch: which side a query
+      // falls on is as good as random, and a mispredicted branch costs more
+      // than the arithmetic.
+      const std::size_t left = current->first;
+      const std::size_t right = current->second;
+      const std::size_t leftMask = std::size_t(0) - static_cast<std::size_t>(diff < 0);
+      const std::size_t nearChild = (left & leftMask) | (right & ~leftMask);
+      const std::size_t farChild = left ^ right ^ nearChild;
       const double plane = diff * diff;
-      CellBound farBound = bound;
-      farBound.axis[axis] = std::max(bound.axis[axis], plane);
-      const double cellDistance = (farBound.axis[1] + farBound.axis[0]) + farBound.axis[2];
       // The plane test, then the cell test. The best only shrinks: a far
       // child that fails them now fails them when its turn comes, and need
       // not wait. One that waits has a finite plane no farther than its
       // cell, so when its turn comes the cell test alone decides.
-      if (best > plane && best > cellDistance) {
-        assert(waitingCount < 64 && "the tree is deeper than its point count allows");
-        const std::size_t far = leftIsNear ? current->second : current->first;
-        __builtin_prefetch(&m_Nodes[far]); // read when its turn comes
-        waiting[waitingCount++] = FarChild{far, farBound, cellDistance};
+      if (best > plane) {
+        // The far cell: this node's cell, pushed out to the plane on `axis`.
+        // Components picked by value, not written into an array and read
+        // back, which would stall the load on the store.
+        const double widened = std::max(bound.axis[axis], plane);
+        const CellBound farBound{{axis == 0 ? widened : bound.axis[0],
+                                  axis == 1 ? widened : bound.axis[1],
+                                  axis == 2 ? widened : bound.axis[2]}};
+        const double cellDistance = (farBound.axis[1] + farBound.axis[0]) + farBound.axis[2];
+        if (best > cellDistance) {
+          assert(waitingCount < 64 && "the tree is deeper than its point count allows");
+          __builtin_prefetch(&m_Nodes[farChild]); // read when its turn comes
+          waiting[waitingCount++] = FarChild{farChild, farBound, cellDistance};
+        }
       }
-      node = leftIsNear ? current->first : current->second;
+      node = nearChild;
       current = &m_Nodes[node];
     }
 
