@@ -13,6 +13,7 @@
 
 #include "TarnUtilities/geometry/TarnCoordinateSystem.h"
 #include "TarnUtilities/geometry/ZEL_TransformationMatrix.h"
+#include "TarnUtilities/geometry/ZEL_SearchTree3D.h"
 
 #include "TarnUtilities/logging/ZEL_ApplicationTerminator.h"
 #include "TarnUtilities/logging/ZEL_Assert.h"
