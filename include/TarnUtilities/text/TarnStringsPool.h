@@ -2,9 +2,9 @@
 //
 // TarnStringsPool interns C strings: every distinct string is stored once,
 // in the order of first addition, and is named by a Tarn_SP_STRING_ID
-// (1, 2, 3 ...). Look-up hashes the string with djb2, walks a radix table
-// keyed by the hash to the bucket of strings with that hash, and compares
-// the string with those. The characters live in a TarnPackedCStrPool and are
+// (1, 2, 3 ...). Look-up hashes the string with djb2, finds the bucket of
+// stored strings with that hash in a flat hash index, and compares the
+// string with those. The characters live in a TarnPackedCStrPool and are
 // never moved, so the C strings handed out stay valid as long as the pool.
 //
 // Example:
