@@ -3,8 +3,8 @@
 // The tables behind the identifiers:
 //   - the character store, which owns the bytes of every string;
 //   - the string table, entry i pointing to the string of identifier i
-//     (entry 0 to a static empty string); a deque, so that it grows without
-//     copying and without holding unused room of up to its own size;
+//     (entry 0 to a static empty string), in chunks, so that it grows
+//     without copying and without holding unused room of up to its size;
 //   - the hash index, which finds the identifier of a string from its hash
 //     in a few probes of one flat array of 32-bit slots.
 // The strings of one hash form that hash's bucket; the dump lists the
@@ -12,7 +12,7 @@
 //
 // Why not a radix tree of 256-entry blocks keyed by the hash: djb2 values of
 // words are spread over all 2^32 values, so such a tree needs one 2 KiB leaf
-// block for nearly every distinct string (about 100 MiB for 50,000 words,
+// block for nearly every distinct string (about 170 MiB for 50,000 words,
 // 2 GiB for a million); the flat index costs 4 to 11 bytes per string and
 // gives the same identifiers and the same dump.
 //
@@ -25,8 +25,8 @@
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "TarnUtilities/text/TarnPackedCStrPool.h"
 
-#include <cassert>
 #include <algorithm>
+#include <cassert>
 #include <cstring>
 #include <limits>
 #include <tuple>
@@ -108,8 +108,9 @@ struct TarnStringsPool::Tables {
       oper = POOL_STRING_PRESENT;
       return found;
     }
+    const std::int32_t id = Store(s, hash, freeSlot);
     oper = POOL_STRING_ADDED;
-    return Store(s, hash, freeSlot);
+    return id;
   }
 
   /// Stores s, absent with this hash, under the next identifier; freeSlot
