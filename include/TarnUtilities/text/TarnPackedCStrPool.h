@@ -4,10 +4,10 @@
 // blocks of a fixed capacity and hands out a pointer to each stored copy.
 // Strings are never moved or freed before the pool is destroyed, so every
 // pointer stays valid while the pool grows. A string that does not fit into
-// the room left in the current block starts a new block; a string longer
-// than a whole block (terminator included) gets a block of its own size, and
-// the current block stays open for the strings after it. A capacity of 0
-// gives every string a block of its own.
+// the room left in the current block starts a new block; a string that
+// needs a whole block or more (terminator included) gets a block of its own
+// size, and the current block stays open for the strings after it. A
+// capacity of 0 gives every string a block of its own.
 //
 // Example:
 //   TarnPackedCStrPool store(16);

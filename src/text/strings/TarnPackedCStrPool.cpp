@@ -36,9 +36,9 @@ const char* TarnPackedCStrPool::Append(const char* s, std::size_t length) {
     at = m_Free;
     m_Free += need;
     m_Room -= need;
-  } else if (need > m_BlockCapacity) {
-    // Too long for any shared block: a block of its own, and the current
-    // shared block keeps its room for the strings that follow.
+  } else if (need >= m_BlockCapacity) {
+    // As long as a whole block or longer: a block of its own, and the
+    // current shared block keeps its room for the strings that follow.
     at = NewBlock(need);
   } else {
     at = NewBlock(static_cast<std::size_t>(m_BlockCapacity));

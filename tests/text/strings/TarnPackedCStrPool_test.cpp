@@ -9,22 +9,25 @@
 
 TEST(TarnPackedCStrPool, PacksIntoBlocksAndGivesLongStringsTheirOwn) {
   TarnPackedCStrPool store(8);
-  const char* abc = store.Append("abc");    // block 1: 4 of 8 bytes
-  const char* defg = store.Append("defg");  // 5 bytes do not fit the 4 left: block 2
-  const char* big = store.Append("012345678"); // 10 bytes > 8: a block of its own
-  const char* xy = store.Append("xy");      // fits the 3 bytes left in block 2
-  const char* full = store.Append("1234567"); // exactly one block
+  const char* abc = store.Append("abc");       // block 1: 4 of 8 bytes
+  const char* full = store.Append("1234567");  // a whole block: one of its own
+  const char* de = store.Append("de");         // block 1 again
+  const char* fghi = store.Append("fghi");     // 5 bytes do not fit the 1 left: block 3
+  const char* big = store.Append("012345678"); // 10 bytes: a block of its own
+  const char* xy = store.Append("xy");         // the 3 bytes left in block 3
   EXPECT_STREQ(abc, "abc");
-  EXPECT_STREQ(defg, "defg");
-  EXPECT_STREQ(big, "012345678");
-  EXPECT_EQ(xy, defg + 5);
-  EXPECT_STREQ(xy, "xy");
   EXPECT_STREQ(full, "1234567");
-  EXPECT_STREQ(store.Append(nullptr), "");
+  EXPECT_EQ(de, abc + 4);
+  EXPECT_STREQ(fghi, "fghi");
+  EXPECT_STREQ(big, "012345678");
+  EXPECT_EQ(xy, fghi + 5);
+  EXPECT_STREQ(xy, "xy");
+  EXPECT_STREQ(de, "de");
+  EXPECT_STREQ(store.Append(nullptr), "");     // a null string reads as ""
   EXPECT_STREQ(store.Append("q\0r", 3), "q");
-  EXPECT_EQ(store.NumStrings(), 7u);
+  EXPECT_EQ(store.NumStrings(), 8u);
   EXPECT_EQ(store.NumBlocks(), 5u);
-  EXPECT_EQ(store.BytesReserved(), 8u + 8u + 10u + 8u + 8u);
+  EXPECT_EQ(store.BytesReserved(), 8u + 8u + 8u + 10u + 8u);
 }
 
 TEST(TarnPackedCStrPool, CapacityZeroGivesEveryStringItsOwnBlock) {
