@@ -6,12 +6,13 @@
 // characters. Each iteration builds an empty structure, interns 10^6 words
 // and destroys it again.
 //
-// The words: a vocabulary of 50,000 distinct pseudo-words made of syllables
-// (1 to 4 syllables, 2 to about 14 letters), ranked shortest first, and a
+// The words: a vocabulary of 50,000 distinct pseudo-words made of 1 to 4
+// syllables (1 to 24 letters, 10 on average), ranked shortest first, and a
 // stream of 10^6 draws from it with Zipf's law (the word of rank r with
-// weight 1/r, as in natural text: the 100 most frequent words make up about
-// half the stream). Both are generated from fixed seeds, so every run sees
-// the same input.
+// weight 1/r, as in natural text: the 100 most frequent words make up 45 %
+// of the stream, whose words average 3.7 letters; 47,356 distinct words
+// occur). Both are generated from fixed seeds, so every run sees the same
+// input.
 //
 // Before the timed runs the program measures the peak heap memory of each
 // contender (every byte asked of malloc, counted through the allocator
