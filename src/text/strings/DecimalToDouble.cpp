@@ -54,19 +54,6 @@ constexpr std::uint64_t kPow5U64[] = {1ULL,
                                       7450580596923828125ULL};
 constexpr std::int64_t kMaxPow5U64 = 27;
 
-struct Pow5Significand {
-  std::uint64_t hi;
-  std::uint64_t lo;
-};
-
-// T(q) = floor(5^q * 2^-t(q)) in [2^127, 2^128), t(q) = floor(q*log2(5)) - 127:
-// exact for 0 <= q <= 55, strictly below the true value otherwise.
-constexpr Pow5Significand kPow5Table[] = {
-#include "text/strings/Pow5Table128.inc"
-};
-static_assert(sizeof kPow5Table / sizeof kPow5Table[0] == kMaxPow5 - kMinPow5 + 1,
-              "one table entry per decimal exponent");
-
 constexpr std::uint64_t kTwoPow53 = std::uint64_t(1) << 53;
 
 // Magnitudes whose first significant digit has a decimal exponent beyond
@@ -119,7 +106,7 @@ bool ClingerFastPath(std::uint64_t w, std::int64_t q, double& out) {
 bool EiselLemire(std::uint64_t w, std::int64_t q, std::uint64_t& bits) {
   const int lz = __builtin_clzll(w);
   w <<= lz;
-  const Pow5Significand& t = kPow5Table[q - kMinPow5];
+  const Pow5Significand& t = Pow5Entry(q);
   // P = w * T (192 bits); (hi, lo) are its top 128 bits. The exact product
   // w * 5^q * 2^-t(q) lies in [P, P + 2^64) when T is cut. For 0 <= q <= 27,
   // 5^q < 2^63 is held exactly in t.hi (t.lo is zero), so w * t.hi is the

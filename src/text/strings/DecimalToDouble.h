@@ -22,6 +22,7 @@
 #define TARNUTILITIES_SRC_TEXT_DECIMALTODOUBLE_H
 
 #include "text/strings/DecimalScanner.h"
+#include "text/strings/Pow5Table128.h"
 
 #include <cassert>
 #include <cstdint>
@@ -32,16 +33,13 @@ constexpr std::uint64_t kInfinityBits = 0x7FF0000000000000ULL;
 constexpr std::uint64_t kFractionMask = (std::uint64_t(1) << 52) - 1;
 constexpr std::uint64_t kHiddenBit = std::uint64_t(1) << 52;
 
-/// Decimal exponents of the 128-bit table of powers of five. Below kMinPow5
-/// every 19-digit w * 10^q is under 10^-324 (rounds to 0); above kMaxPow5 it
-/// is at least 10^309 (rounds to infinity).
+/// Decimal exponents the reader scales by. Below kMinPow5 every 19-digit
+/// w * 10^q is under 10^-324 (rounds to 0); above kMaxPow5 it is at least
+/// 10^309 (rounds to infinity).
 constexpr int kMinPow5 = -342;
 constexpr int kMaxPow5 = 308;
-
-/// Computes floor(log2(10^q)) for q in [kMinPow5, kMaxPow5].
-/// 217706 = round(log2(10) * 2^16); the result is exact for every q of that
-/// range (checked against exact integer bit lengths when the table was made).
-inline std::int64_t FloorLog2Pow10(std::int64_t q) { return (q * 217706) >> 16; }
+static_assert(kMinPow5 >= kPow5TableMin && kMaxPow5 <= kPow5TableMax,
+              "the table of powers of five covers the reader's exponents");
 
 /// Where the double nearest to m * 2^b (m > 0) cuts m.
 struct RoundingCut {

@@ -8,7 +8,7 @@
 #include "TarnUtilities/text/FloatingPointFormatter.h"
 
 #include "ExactDecimal.h"
-#include "ShortestDigitsInternal.h"
+#include "ShortestDecimal.h"
 
 #include <algorithm>
 #include <cmath>
@@ -137,44 +137,61 @@ void FloatingPointFormatter::InitBignums() { tarn_detail::InitPow5Bignums(); }
 // Free format
 //===----------------------------------------------------------------------===//
 
-char* FloatingPointFormatter::WriteFreeFormat(char* buf, double x) const {
-  char* p = buf;
-  if (!std::isfinite(x)) {
-    p = PutNonFinite(p, x);
-    *p = '\0';
-    return p;
-  }
-  if (std::signbit(x))
-    *p++ = '-';
-  DecimalDigits d;
-  Shortest(x, d);
-  const int n = d.count;
-  const int k = d.exponent;
-  const char* dig = d.digits;
-  const int maxSig = DOUBLE_MAX_NUM_SIGNIFICAND;
-  if (k > 0 && k <= m_PosExpFmtSwitch) {
+namespace {
+
+/// The free layout of the digits d1..dn of d1.d2...dn * 10^k (see
+/// WriteFreeFormat) after the sign.
+char* PutFreeLayout(char* p, const char* dig, int n, int k, int posSwitch, int negSwitch) {
+  if (k > 0 && k <= posSwitch) {
     // Rules for n >= 2 and n == 1 agree on the positive side.
     if (n <= k + 1) {
       p = PutFew(p, dig, n);
       p = PutChars(p, '0', k + 1 - n);
-      p = Put(p, ".0", 2);
-    } else {
-      // k + 1 < n <= 17 digits before the point, the rest after it.
-      p = PutFew(p, dig, k + 1);
-      *p++ = '.';
-      p = PutFew(p, dig + k + 1, n - k - 1);
+      return Put(p, ".0", 2);
     }
-  } else if (k < 0 && n - k <= maxSig &&
-             -k <= (n >= 2 ? m_NegExpFmtSwitch : m_PosExpFmtSwitch)) {
+    // k + 1 < n <= 17 digits before the point, the rest after it.
+    p = PutFew(p, dig, k + 1);
+    *p++ = '.';
+    return PutFew(p, dig + k + 1, n - k - 1);
+  }
+  if (k < 0 && n - k <= FloatingPointFormatter::DOUBLE_MAX_NUM_SIGNIFICAND &&
+      -k <= (n >= 2 ? negSwitch : posSwitch)) {
     // A single digit is bounded by the positive switch on purpose.
     p = Put(p, "0.", 2);
     p = PutChars(p, '0', -k - 1);
-    p = PutFew(p, dig, n);
-  } else {
-    p = PutMantissa(p, dig, n);
-    if (k != 0)
-      p = PutExponent(p, k, EXP_LOWER);
+    return PutFew(p, dig, n);
   }
+  p = PutMantissa(p, dig, n);
+  return k != 0 ? PutExponent(p, k, FloatingPointFormatter::EXP_LOWER) : p;
+}
+
+} // namespace
+
+char* FloatingPointFormatter::WriteFreeFormat(char* buf, double x) const {
+  uint64_t bits;
+  std::memcpy(&bits, &x, sizeof bits);
+  char* p = buf;
+  const uint64_t magnitude = bits & ~(uint64_t(1) << 63);
+  const uint64_t infinity = uint64_t(0x7FF) << 52;
+  if (magnitude >= infinity) {
+    p = PutNonFinite(p, x);
+    *p = '\0';
+    return p;
+  }
+  if (bits != magnitude)
+    *p++ = '-';
+  // Digits from the fast path into `text`, else from the exact path into `d`.
+  tarn_detail::DecimalValue fast;
+  char text[24];
+  tarn_detail::DigitRun run;
+  DecimalDigits d;
+  if (magnitude != 0 && tarn_detail::ShortestDecimalFast(tarn_detail::DecomposeDoubleBits(bits), fast)) {
+    run = tarn_detail::SignificantDigits(text, fast.m, fast.exponent);
+  } else {
+    Shortest(x, d);
+    run = {d.digits, d.count, d.exponent};
+  }
+  p = PutFreeLayout(p, run.first, run.count, run.exponent, m_PosExpFmtSwitch, m_NegExpFmtSwitch);
   *p = '\0';
   return p;
 }
