@@ -17,12 +17,6 @@ namespace {
 
 __extension__ typedef unsigned __int128 U128;
 
-// 10^0 ... 10^22: every one is exactly a double (5^22 < 2^53).
-constexpr double kExactPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                  1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr std::int64_t kMaxExactPow10 = 22;
-
 // 5^0 ... 5^27: every one fits in 63 bits (5^27 < 2^63).
 constexpr std::uint64_t kPow5U64[] = {1ULL,
                                       5ULL,
@@ -54,8 +48,6 @@ constexpr std::uint64_t kPow5U64[] = {1ULL,
                                       7450580596923828125ULL};
 constexpr std::int64_t kMaxPow5U64 = 27;
 
-constexpr std::uint64_t kTwoPow53 = std::uint64_t(1) << 53;
-
 // Magnitudes whose first significant digit has a decimal exponent beyond
 // these bounds need no arithmetic: 10^309 exceeds the largest double, and
 // everything below 10^-324 lies under half the smallest subnormal (2^-1075,
@@ -75,33 +67,7 @@ std::uint64_t ToBits(double d) {
   return bits;
 }
 
-// Converts w <= 2^53 exactly; going through int64_t lets the compiler use one
-// signed conversion instruction instead of the unsigned sequence.
-inline double AsDouble(std::uint64_t w) { return static_cast<double>(static_cast<std::int64_t>(w)); }
-
 } // namespace
-
-bool ClingerFastPath(std::uint64_t w, std::int64_t q, double& out) {
-  if (w > kTwoPow53 || q < -kMaxExactPow10)
-    return false;
-  if (q < 0) {
-    out = AsDouble(w) / kExactPow10[-q];
-    return true;
-  }
-  if (q > kMaxExactPow10) {
-    // w * 10^(q-22) may still be an exact integer below 2^53.
-    const std::int64_t extra = q - kMaxExactPow10;
-    if (extra > 15)
-      return false;
-    const std::uint64_t limit = kTwoPow53 / static_cast<std::uint64_t>(kExactPow10[extra]);
-    if (w > limit)
-      return false;
-    w *= static_cast<std::uint64_t>(kExactPow10[extra]);
-    q = kMaxExactPow10;
-  }
-  out = AsDouble(w) * kExactPow10[q];
-  return true;
-}
 
 bool EiselLemire(std::uint64_t w, std::int64_t q, std::uint64_t& bits) {
   const int lz = __builtin_clzll(w);

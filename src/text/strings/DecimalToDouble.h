@@ -26,6 +26,7 @@
 
 #include <cassert>
 #include <cstdint>
+#include <cstring>
 
 namespace TarnFormatDetail {
 
@@ -87,8 +88,37 @@ inline std::uint64_t RoundToDoubleBits(std::uint64_t m, std::int64_t b, bool sti
   return (static_cast<std::uint64_t>(exponent + 1023) << 52) | (mantissa & kFractionMask);
 }
 
+/// 10^0 ... 10^22: every one is exactly a double (5^22 < 2^53).
+inline constexpr double kExactPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                         1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                         1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr std::int64_t kMaxExactPow10 = 22;
+constexpr std::uint64_t kTwoPow53 = std::uint64_t(1) << 53;
+
 /// Stage 1. Precondition: w < 10^19 is exact (no digits dropped).
-bool ClingerFastPath(std::uint64_t w, std::int64_t q, double& out);
+inline bool ClingerFastPath(std::uint64_t w, std::int64_t q, double& out) {
+  if (w > kTwoPow53 || q < -kMaxExactPow10)
+    return false;
+  // w <= 2^53 converts exactly; going through int64_t lets the compiler use
+  // one signed conversion instruction instead of the unsigned sequence.
+  if (q < 0) {
+    out = static_cast<double>(static_cast<std::int64_t>(w)) / kExactPow10[-q];
+    return true;
+  }
+  if (q > kMaxExactPow10) {
+    // w * 10^(q-22) may still be an exact integer below 2^53.
+    const std::int64_t extra = q - kMaxExactPow10;
+    if (extra > 15)
+      return false;
+    const std::uint64_t scale = static_cast<std::uint64_t>(kExactPow10[extra]);
+    if (w > kTwoPow53 / scale)
+      return false;
+    w *= scale;
+    q = kMaxExactPow10;
+  }
+  out = static_cast<double>(static_cast<std::int64_t>(w)) * kExactPow10[q];
+  return true;
+}
 
 /// Stage 2: the bits of the double nearest to w * 10^q, or false when the
 /// 128-bit approximation leaves the rounding undecided.
@@ -109,6 +139,90 @@ double DecimalToDouble(const DecimalText& d);
 /// Scans the NUL-terminated text s and converts it: str_to_double without
 /// the null check. *end (when end is not null) receives the end of the number.
 double ReadDouble(const char* s, const char** end);
+
+/// Appends the run of digits at p to w (w * 10^n + the n digits, modulo
+/// 2^64) and returns the end of the run. Four digits at a time: each byte is
+/// read only after the one before it proved to be a digit (so nothing
+/// beyond the terminator is read), and w takes one multiplication per group
+/// instead of one per digit.
+inline const char* AppendDigitRun(const char* p, std::uint64_t& w) {
+  for (;;) {
+    const unsigned d0 = static_cast<unsigned char>(p[0]) - unsigned('0');
+    if (d0 > 9)
+      return p;
+    const unsigned d1 = static_cast<unsigned char>(p[1]) - unsigned('0');
+    if (d1 > 9) {
+      w = 10 * w + d0;
+      return p + 1;
+    }
+    const unsigned d2 = static_cast<unsigned char>(p[2]) - unsigned('0');
+    if (d2 > 9) {
+      w = 100 * w + (10 * d0 + d1);
+      return p + 2;
+    }
+    const unsigned d3 = static_cast<unsigned char>(p[3]) - unsigned('0');
+    if (d3 > 9) {
+      w = 1000 * w + (100 * d0 + 10 * d1 + d2);
+      return p + 3;
+    }
+    w = 10000 * w + (1000 * d0 + 100 * d1 + 10 * d2 + d3);
+    p += 4;
+  }
+}
+
+/// The common case of ReadDouble in one pass, without the general scanner:
+/// [+-] digits [. digits] [(e|E) [+-] digits] with 1 to 19 mantissa digits
+/// (leading zeros included), converted by Clinger's path or Eisel-Lemire.
+/// False, with nothing stored, for every other text (no digits, more
+/// digits, words, exponents beyond the table) and when Eisel-Lemire
+/// declines: ReadDouble then reads the text from its start. Exact whenever
+/// it answers.
+inline bool ReadDoubleQuick(const char* s, const char** end, double& out) {
+  const char* p = s;
+  const bool negative = *p == '-';
+  p += (*p == '-' || *p == '+');
+  // Every mantissa digit goes into w; 19 digits always fit.
+  std::uint64_t w = 0;
+  const char* const first = p;
+  p = AppendDigitRun(p, w);
+  std::int64_t digits = p - first;
+  std::int64_t q = 0;
+  if (*p == '.') {
+    const char* const fraction = ++p;
+    p = AppendDigitRun(p, w);
+    q = fraction - p;
+    digits -= q;
+  }
+  if (digits == 0 || digits > kMaxWDigits)
+    return false;
+  if ((*p | 0x20) == 'e') {
+    // Part of the number only with at least one digit.
+    const char* x = p + 1;
+    const bool negativeExponent = *x == '-';
+    x += (*x == '-' || *x == '+');
+    if (IsDigit(*x)) {
+      std::int64_t exponent = 0;
+      for (; IsDigit(*x); ++x)
+        if (exponent < kExponentSaturation)
+          exponent = 10 * exponent + (*x - '0');
+      q += negativeExponent ? -exponent : exponent;
+      p = x;
+    }
+  }
+  double magnitude;
+  if (w == 0) {
+    magnitude = 0.0;
+  } else if (!ClingerFastPath(w, q, magnitude)) {
+    std::uint64_t bits;
+    if (q < kMinPow5 || q > kMaxPow5 || !EiselLemire(w, q, bits))
+      return false;
+    std::memcpy(&magnitude, &bits, sizeof magnitude);
+  }
+  if (end != nullptr)
+    *end = p;
+  out = negative ? -magnitude : magnitude;
+  return true;
+}
 
 } // namespace TarnFormatDetail
 

@@ -86,8 +86,9 @@ inline bool ShortestDecimalFast(const BinaryValue& v, DecimalValue& out) {
   // y * 2^64 lies in [Y, Y + 1.5).
   const UInt128 Y = UInt128(a) * t.hi + ((UInt128(a) * t.lo) >> 64);
   // H = floor(T / 2^(65-g)): h * 2^64 lies in [H, H + 1.01).
-  const UInt128 T = (UInt128(t.hi) << 64) | t.lo;
-  const UInt128 H = T >> (65 - g);
+  // (The shift is 55 to 58 bits, so each half of H comes from 64-bit shifts.)
+  const int hs = 65 - g;
+  const UInt128 H = (UInt128(t.hi >> hs) << 64) | ((t.hi << (64 - hs)) | (t.lo >> hs));
 
   // Step 1: c = 1000 * floor(z / 1000), the largest multiple of 1000 units
   // not above z. z * 2^64 lies in [Z, Z + 2.51).

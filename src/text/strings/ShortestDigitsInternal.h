@@ -86,7 +86,9 @@ struct DigitRun {
 /// needs 17 characters, and returns the run of its significant digits.
 inline DigitRun SignificantDigits(char* buf, uint64_t m, int exponent) {
   const uint64_t high = m / 100000000;
-  const uint64_t low = EightDigits(static_cast<uint32_t>(m - high * 100000000));
+  const uint32_t lowValue = static_cast<uint32_t>(m - high * 100000000);
+  // Short values (12.5, 0.25) end in eight zeros here: no digits to make.
+  const uint64_t low = lowValue == 0 ? 0 : EightDigits(lowValue);
   const uint32_t top = static_cast<uint32_t>(high / 100000000); // 0..9
   const uint64_t mid = EightDigits(static_cast<uint32_t>(high - uint64_t(top) * 100000000));
   const uint64_t ascii = 0x3030303030303030ULL; // '0' in every byte
@@ -110,6 +112,48 @@ bool ShortDecimalDigits(const BinaryValue& v, DecimalDigits& out);
 inline bool MayBeShortDecimal(const BinaryValue& v) {
   const int x = v.e + __builtin_ctzll(v.f);
   return x >= -27 && x <= 63;
+}
+
+/// The significant digits of a decimal held in registers: the first as a
+/// character, the next sixteen as sixteen characters (the first in the
+/// lowest byte; past the significant digits come '0' characters, then NUL
+/// bytes), their count and the decimal exponent of the first.
+struct DigitRegisters {
+  char first;
+  UInt128 rest;
+  int count;
+  int exponent;
+};
+
+/// The digits of m * 10^exponent in registers, for m < 10^17 with at least
+/// 15 digits (every m of a normal double); false for shorter m.
+inline bool DigitsInRegisters(uint64_t m, int exponent, DigitRegisters& out) {
+  const uint64_t high = m / 100000000;
+  const uint32_t lowValue = static_cast<uint32_t>(m - high * 100000000);
+  // Short values (12.5, 0.25) end in eight zeros here: no digits to make.
+  const uint64_t low = lowValue == 0 ? 0 : EightDigits(lowValue);
+  const uint32_t top = static_cast<uint32_t>(high / 100000000); // 0..9
+  const uint64_t mid = EightDigits(static_cast<uint32_t>(high - uint64_t(top) * 100000000));
+  // Without a top digit, one or two of mid's digits may lead as zeros.
+  if (top == 0 && (mid & 0xFFFF) == 0)
+    return false;
+  const uint64_t ascii = 0x3030303030303030ULL; // '0' in every byte
+  const UInt128 digits = (UInt128(low | ascii) << 64) | (mid | ascii);
+  // Zero digits are zero bytes: trailing ones are high bytes.
+  const int end = low ? 17 - __builtin_clzll(low) / 8 : mid ? 9 - __builtin_clzll(mid) / 8 : 1;
+  int begin = 0;
+  if (top != 0) {
+    out.first = static_cast<char>('0' + top);
+    out.rest = digits;
+  } else {
+    begin = 1 + __builtin_ctzll(mid) / 8;
+    const UInt128 shifted = digits >> (8 * (begin - 1));
+    out.first = static_cast<char>(shifted);
+    out.rest = shifted >> 8;
+  }
+  out.count = end - begin;
+  out.exponent = exponent + 16 - begin;
+  return true;
 }
 
 /// A decimal m * 10^exponent; m > 0 may end in zeros.
