@@ -69,44 +69,6 @@ std::uint64_t ToBits(double d) {
 
 } // namespace
 
-bool EiselLemire(std::uint64_t w, std::int64_t q, std::uint64_t& bits) {
-  const int lz = __builtin_clzll(w);
-  w <<= lz;
-  const Pow5Significand& t = Pow5Entry(q);
-  // P = w * T (192 bits); (hi, lo) are its top 128 bits. The exact product
-  // w * 5^q * 2^-t(q) lies in [P, P + 2^64) when T is cut. For 0 <= q <= 27,
-  // 5^q < 2^63 is held exactly in t.hi (t.lo is zero), so w * t.hi is the
-  // exact product: ties and exact values are then known as such.
-  U128 first = static_cast<U128>(w) * t.hi;
-  std::uint64_t hi = static_cast<std::uint64_t>(first >> 64);
-  std::uint64_t lo = static_cast<std::uint64_t>(first);
-  const bool exact = q >= 0 && q <= kMaxPow5U64;
-  // With only the first product, the unknown part below can still add one
-  // to hi. That matters only when the 9 lowest bits of hi (always below the
-  // rounding bit) are all ones; then the second product narrows the unknown
-  // part to at most one unit of lo.
-  if ((hi & 0x1FF) == 0x1FF && t.lo != 0) {
-    const std::uint64_t add = static_cast<std::uint64_t>((static_cast<U128>(w) * t.lo) >> 64);
-    lo += add;
-    hi += (lo < add);
-  }
-  // value ~ hi * 2^b
-  const std::int64_t b = 1 + FloorLog2Pow10(q) - lz;
-  const RoundingCut cut = CutFor(hi, b);
-  if (!exact && cut.dropped <= 65) {
-    // A carry from below reaches the rounding bit only when every bit below
-    // it, in hi and in lo, is one.
-    const std::uint64_t ones = ~std::uint64_t(0);
-    if (LowBits(hi, cut.dropped - 1) == LowBits(ones, cut.dropped - 1) && lo == ones)
-      return false;
-  }
-  // When T is cut, the exact value has bits below the rounding bit that are
-  // not all zero: if they were, the product (strictly below it) would show
-  // all ones there and the test above would have declined.
-  bits = RoundToDoubleBits(hi, b, exact ? lo != 0 : true);
-  return true;
-}
-
 bool ExactDyadic(std::uint64_t w, std::int64_t q, std::uint64_t& bits) {
   if (q >= 0 || q < -kMaxPow5U64 || w % kPow5U64[-q] != 0)
     return false;
