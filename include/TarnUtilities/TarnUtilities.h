@@ -31,6 +31,8 @@
 #include "TarnUtilities/math/TarnMatrix.h"
 #include "TarnUtilities/math/TarnVectorUtil.h"
 
+#include "TarnUtilities/numerics/KMeansPlusPlus1D.h"
+
 #include "TarnUtilities/system/TarnApplicationUtil.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
 #include "TarnUtilities/system/TarnFileUtil.h"
