@@ -15,6 +15,7 @@
 
 #include <charconv>
 #include <cinttypes>
+#include <cmath>
 #include <string>
 
 namespace {
@@ -32,15 +33,23 @@ bool Refuse(const std::string& message) {
   return false;
 }
 
-/// Opens `name` for writing; NaN and infinities are written as "NaN" and
-/// "Inf" instead of being refused.
+/// Appends a double as its shortest round-trip text; NaN and infinities as
+/// "NaN", "Inf" and "-Inf" (the line writer would refuse them or drop the
+/// sign).
+void AppendFigure(TarnCsvFileWriter& csv, double value) {
+  if (std::isfinite(value))
+    csv.AppendReal(value);
+  else
+    csv.AppendStr(std::isnan(value) ? "NaN" : value > 0 ? "Inf" : "-Inf");
+}
+
+/// Opens `name` for writing.
 bool Open(TarnCsvFileWriter& csv, const std::string& name) {
   std::string error;
   if (!csv.OpenFile(TarnStringUtil::utf8_to_wide(name).c_str(), error,
                     TarnCsvFileWriter::FILE_CREATE))
     return Refuse(ZEL_MESSAGE("DumpClustering: cannot write \"%s\": %s", name.c_str(),
                               error.c_str()));
-  csv.GetLineWriter().SetInfNanFlag(false);
   return true;
 }
 
@@ -67,9 +76,9 @@ bool WritePoints(const std::string& name, const std::vector<double>& values,
     return false;
   for (std::size_t i = 0; i < values.size(); ++i) {
     AppendCount(csv, i);
-    csv.AppendReal(values[i]);
+    AppendFigure(csv, values[i]);
     AppendCount(csv, assignment[i]);
-    csv.AppendReal(centers[assignment[i]]);
+    AppendFigure(csv, centers[assignment[i]]);
     if (!Flush(csv, name))
       return false;
   }
@@ -100,7 +109,7 @@ bool WriteSummary(const std::string& name, const KMeansPlusPlus1D::CLUSTERING_IN
   }
   for (const auto& [title, figure] : figures) {
     csv.AppendStr(title);
-    csv.AppendReal(figure);
+    AppendFigure(csv, figure);
     ok = ok && Flush(csv, name);
   }
   return ok;

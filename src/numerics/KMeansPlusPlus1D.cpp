@@ -13,63 +13,68 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numeric>
-
-using tarn_detail::kUnassigned;
+#include <utility>
 
 namespace {
 
 constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
-/// Sum of (v - center)^2 over the sorted values, each against the final
-/// center of its cluster (cluster[i] is an index before the last update,
-/// remap turns it into an index into centers). When the sum overflows it is
-/// redone on values and centers scaled down by 2^-600, which keeps the
-/// squares of differences of any two finite doubles (below 2^1025, scaled
-/// below 2^425) and their sum finite; the result is then scaled back, and
-/// only a spread truly beyond the largest double is +infinity.
-double SquaredSpreadSum(const std::vector<double>& values, const std::vector<std::size_t>& cluster,
-                        const std::vector<std::size_t>& remap, const std::vector<double>& centers,
-                        double* scale) {
-  double sum = 0.0;
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const double d = values[i] - centers[remap[cluster[i]]];
-    sum += d * d;
-  }
+/// Sum of (v - center)^2 over the ascending values, by runs: run c is
+/// [runEnd[c-1], runEnd[c]) and its values sit with centers[remap[c]]. When
+/// the sum overflows it is redone on values and centers scaled by 2^-600,
+/// which keeps every square of a difference of two finite doubles (below
+/// 2^1025, scaled below 2^425) and their sum finite; *scale then gives the
+/// factor to apply to the square root.
+double SquaredDistanceSum(const std::vector<double>& values, const std::vector<std::size_t>& runEnd,
+                          std::size_t k, const std::vector<std::size_t>& remap,
+                          const std::vector<double>& centers, double* scale) {
+  const auto sum = [&](double factor) {
+    double total = 0.0;
+    std::size_t begin = 0;
+    for (std::size_t c = 0; c < k; ++c) {
+      for (std::size_t i = begin; i < runEnd[c]; ++i) {
+        const double d = values[i] * factor - centers[remap[c]] * factor;
+        total += d * d;
+      }
+      begin = runEnd[c];
+    }
+    return total;
+  };
   *scale = 1.0;
-  if (std::isfinite(sum))
-    return sum;
-  const double down = std::ldexp(1.0, -600);
-  sum = 0.0;
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const double d = values[i] * down - centers[remap[cluster[i]]] * down;
-    sum += d * d;
-  }
+  const double total = sum(1.0);
+  if (std::isfinite(total))
+    return total;
   *scale = std::ldexp(1.0, 600);
-  return sum;
+  return sum(std::ldexp(1.0, -600));
 }
 
 } // namespace
 
 KMeansPlusPlus1D::KMeansPlusPlus1D(const std::vector<double>& values) : firstNonFinite_(kNone) {
   const std::size_t n = values.size();
-  std::vector<std::size_t> order(n);
-  std::iota(order.begin(), order.end(), std::size_t(0));
   // NaN has no place in the order of operator<, and std::sort with it is
   // undefined: NaN values go to the end in input order, the rest is sorted
   // by value and then by input index.
-  const auto numbers = std::stable_partition(
-      order.begin(), order.end(), [&](std::size_t i) { return !std::isnan(values[i]); });
-  std::sort(order.begin(), numbers, [&](std::size_t a, std::size_t b) {
-    return values[a] < values[b] || (values[a] == values[b] && a < b);
-  });
-
-  sortedValues_.resize(n);
-  inputIndex_ = std::move(order);
+  std::vector<std::pair<double, std::size_t>> points;
+  points.reserve(n);
   for (std::size_t i = 0; i < n; ++i) {
-    sortedValues_[i] = values[inputIndex_[i]];
+    if (!std::isnan(values[i]))
+      points.emplace_back(values[i], i);
     if (!std::isfinite(values[i]) && firstNonFinite_ == kNone)
       firstNonFinite_ = i;
+  }
+  std::sort(points.begin(), points.end(), [](const auto& a, const auto& b) {
+    return a.first < b.first || (a.first == b.first && a.second < b.second);
+  });
+  for (std::size_t i = 0; i < n; ++i)
+    if (std::isnan(values[i]))
+      points.emplace_back(values[i], i);
+
+  sortedValues_.resize(n);
+  inputIndex_.resize(n);
+  for (std::size_t i = 0; i < n; ++i) {
+    sortedValues_[i] = points[i].first;
+    inputIndex_[i] = points[i].second;
   }
   // One for the first value, one more for each value unlike its predecessor
   // (a NaN is unlike everything, itself included).
@@ -105,41 +110,48 @@ void KMeansPlusPlus1D::CreateClusters(std::size_t maxIterations, std::vector<dou
                       "SeedCentersAdvanced with k >= 1 first.",
                       kHeader);
 
-  // Everything the iteration touches is allocated here, once: two cluster
-  // arrays in sorted order that take turns as the previous and the current
-  // assignment, the centers and the per-cluster totals.
+  // Everything the iteration touches is allocated here, once: the centers
+  // and two arrays of run ends that take turns as the previous and the
+  // current assignment.
   const double* values = sortedValues_.data();
   std::vector<double> work(centers_);
   std::size_t k = work.size();
-  tarn_detail::ClusterTotals totals(k);
-  std::vector<std::size_t> current(n);
-  std::vector<std::size_t> next(n);
+  std::vector<std::size_t> current(k);
+  std::vector<std::size_t> next(k);
+  std::vector<std::size_t> remap(k);
   tarn_detail::AssignPointsToClusters(values, n, work.data(), k, current.data());
 
   std::uint64_t iterations = 0;
   double meanSize = 0.0;
+  std::size_t assignedTo = k; // the number of centers `current` refers to
   while (iterations < maxIterations) {
     ++iterations;
-    k = tarn_detail::ComputeCenters(values, n, current.data(), k, totals, work.data(), &meanSize);
+    k = tarn_detail::ComputeCenters(values, current.data(), assignedTo, work.data(), remap.data(),
+                                    &meanSize);
     tarn_detail::AssignPointsToClusters(values, n, work.data(), k, next.data());
-    const bool repeated = next == current;
+    const bool repeated =
+        tarn_detail::SameAssignment(next.data(), k, current.data(), assignedTo, n);
     current.swap(next);
+    assignedTo = k;
     if (repeated)
       break;
   }
-  // The final update, from the last assignment; with no iteration that is
+  // The final update, from the last assignment; without iterations that is
   // the assignment to the seeded centers.
-  const std::size_t assignedTo = k;
-  k = tarn_detail::ComputeCenters(values, n, current.data(), assignedTo, totals, work.data(),
+  k = tarn_detail::ComputeCenters(values, current.data(), assignedTo, work.data(), remap.data(),
                                   &meanSize);
   work.resize(k);
 
   double scale = 1.0;
-  const double squares = SquaredSpreadSum(sortedValues_, current, totals.remap, work, &scale);
-
+  const double squares =
+      SquaredDistanceSum(sortedValues_, current, assignedTo, remap, work, &scale);
   assignment.assign(n, 0);
-  for (std::size_t i = 0; i < n; ++i)
-    assignment[inputIndex_[i]] = totals.remap[current[i]];
+  std::size_t begin = 0;
+  for (std::size_t c = 0; c < assignedTo; ++c) {
+    for (std::size_t i = begin; i < current[c]; ++i)
+      assignment[inputIndex_[i]] = remap[c];
+    begin = current[c];
+  }
   centers.swap(work);
 
   info.numPoints = n;
