@@ -96,9 +96,12 @@ public:
   /// of the cluster of input value i, and `info` the statistics.
   /// maxIterations = 0 gives the means of the clusters of the seeded
   /// centers, with 0 iterations.
+  /// An iteration that only confirms the assignment counts. No values give
+  /// empty outputs and a record of zeros, apart from the limit and the one
+  /// iteration that finds the empty assignment repeated.
   /// Throws ZEL_Failure (outputs untouched) when a value is not finite or
-  /// when there are values but no seeded center. No values give empty
-  /// outputs and a zero record (with the limit as given).
+  /// when there are values but no seeded center. Safe to call from several
+  /// threads at once.
   void CreateClusters(std::size_t maxIterations, std::vector<double>& centers,
                       std::vector<std::size_t>& assignment, CLUSTERING_INFO& info) const;
 
