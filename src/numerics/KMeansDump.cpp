@@ -72,17 +72,15 @@ bool WritePoints(const std::string& name, const std::vector<double>& values,
     return false;
   for (const char* title : {"index", "value", "cluster", "center"})
     csv.AppendStr(title);
-  if (!Flush(csv, name))
-    return false;
-  for (std::size_t i = 0; i < values.size(); ++i) {
+  bool ok = Flush(csv, name);
+  for (std::size_t i = 0; ok && i < values.size(); ++i) {
     AppendCount(csv, i);
     AppendFigure(csv, values[i]);
     AppendCount(csv, assignment[i]);
     AppendFigure(csv, centers[assignment[i]]);
-    if (!Flush(csv, name))
-      return false;
+    ok = Flush(csv, name);
   }
-  return true;
+  return ok;
 }
 
 bool WriteSummary(const std::string& name, const KMeansPlusPlus1D::CLUSTERING_INFO& info) {

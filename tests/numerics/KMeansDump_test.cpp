@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <unistd.h>
 #include <vector>
 
 TEST(KMeansDump, WritesPointsAndSummary) {
@@ -38,11 +39,19 @@ TEST(KMeansDump, WritesPointsAndSummary) {
                                                           "largest value, 9.0\n"
                                                           "quality factor, -Inf\n");
 
-  // Refused, never thrown: an unwritable file, arguments that do not fit.
-  const std::vector<std::size_t> beyond{0, 1, 0, 2, 0};
-  EXPECT_FALSE(KMeansPlusPlus1D::DumpClustering((dir / "no/such/dir.csv").c_str(), values,
-                                                centers, assignment, info));
-  EXPECT_FALSE(KMeansPlusPlus1D::DumpClustering((dir / "b.csv").c_str(), values, centers, beyond, info));
-  EXPECT_FALSE(KMeansPlusPlus1D::DumpClustering((dir / "c.csv").c_str(), {1.0}, centers, assignment, info));
+  // Refused, never thrown: files that cannot be written (the points file,
+  // the summary file, a full device), arguments that do not fit.
+  const auto dump = [&](const std::string& name, const std::vector<double>& v,
+                        const std::vector<std::size_t>& a) {
+    return KMeansPlusPlus1D::DumpClustering((dir / name).c_str(), v, centers, a, info);
+  };
+  dir.Write("points.csv/x", "");
+  dir.Write("summary_summary.csv/x", "");
+  EXPECT_FALSE(dump("points.csv", values, assignment));
+  EXPECT_FALSE(dump("summary.csv", values, assignment));
+  ASSERT_EQ(::symlink("/dev/full", (dir / "full.csv").c_str()), 0);
+  EXPECT_FALSE(dump("full.csv", std::vector<double>(100000, 1.0), std::vector<std::size_t>(100000, 0)));
+  EXPECT_FALSE(dump("b.csv", values, {0, 1, 0, 2, 0}));
+  EXPECT_FALSE(dump("c.csv", {1.0}, assignment));
   EXPECT_FALSE(KMeansPlusPlus1D::DumpClustering(nullptr, values, centers, assignment, info));
 }

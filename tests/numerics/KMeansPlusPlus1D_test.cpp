@@ -207,7 +207,7 @@ TEST(KMeansPlusPlus1D, QualityFactor) {
   };
   for (const Row& r : {Row{2, 5, 1.0, 0, 4, 0.75}, Row{1, 5, 8.0, 0, 4, -1.0}, Row{0, 5, 1, 0, 4, 0},
                        Row{2, 0, 1, 0, 4, 0}, Row{1, 1, 0, 3, 3, 1}, Row{0, 1, 0, 3, 3, 1},
-                       Row{2, 2, 1, 4, 0, 0}}) {
+                       Row{2, 2, 1, 4, 0, 0}, Row{1, 1, 1, 0, 4, 0.75}}) {
     Info info;
     info.numClusters = r.clusters;
     info.numDistinctValues = r.distinct;

@@ -30,10 +30,11 @@ Values Advanced(const Values& values, std::size_t k) {
 TEST(KMeansSeeding, AdvancedTakesTheMedoidOfEachRun) {
   std::mt19937 rng(3);
   for (int round = 0; round < 300; ++round) {
-    // Integers below 2^10, so the brute-force sums below are exact.
+    // Integers of magnitude below 2^10, so the brute-force sums below are
+    // exact; with both signs the exact sums cross zero.
     Values values(1 + rng() % 80);
     for (double& v : values)
-      v = double(rng() % (round % 2 ? 1000 : 30));
+      v = round % 2 ? double(rng() % 1000) - 500 : double(rng() % 30);
     const Values distinct = Distinct(values);
     const std::size_t k = 1 + rng() % (distinct.size() + 1);
     SCOPED_TRACE(testing::Message() << "round " << round << " k " << k);
