@@ -40,6 +40,8 @@
 #include "TarnUtilities/math/ZEL_Algebra.h"
 #include "TarnUtilities/math/ZEL_PrecArith.h"
 
+#include "TarnUtilities/numerics/KMeansPlusPlus1D.h"
+
 #include "TarnUtilities/system/TarnApplicationUtil.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
 #include "TarnUtilities/system/TarnFileUtil.h"
