@@ -22,6 +22,13 @@ program tarn_fortran_test
       integer(c_int32_t), value :: fd
       integer(c_int32_t) :: rc
     end function
+    function c_write(fd, bytes, count) result(written) bind(c, name='write')
+      import :: c_int32_t, c_size_t, c_char, c_long
+      integer(c_int32_t), value :: fd
+      character(kind=c_char), intent(in) :: bytes(*)
+      integer(c_size_t), value :: count
+      integer(c_long) :: written
+    end function
   end interface
 
   integer :: failures = 0
@@ -314,13 +321,19 @@ contains
     fd = TarnFileUtil_UserOpenWin_F(c_loc(first_argument), TARN_GENERIC_WRITE, 0_c_int32_t, c_null_ptr, &
         TARN_CREATE_NEW)
     call check(fd > 2 .and. tarn_file_exists(name), 'TarnFileUtil_UserOpenWin_F: CREATE_NEW')
+    call check(c_write(fd, 'abc', 3_c_size_t) == 3, 'GENERIC_WRITE opens for writing')
+    st = c_close(fd)
+    fd = TarnFileUtil_UserOpenWin_F(c_loc(first_argument), TARN_GENERIC_READ, 0_c_int32_t, &
+        c_null_ptr, TARN_OPEN_EXISTING)
+    call check(fd > 2 .and. c_write(fd, 'abc', 3_c_size_t) == -1, 'GENERIC_READ opens for reading only')
     st = c_close(fd)
     fd = TarnFileUtil_UserOpenWin_F(c_loc(first_argument), TARN_GENERIC_WRITE, 0_c_int32_t, c_null_ptr, &
         TARN_CREATE_NEW)
     call check(fd == -1, 'TarnFileUtil_UserOpenWin_F: CREATE_NEW of an existing file fails')
     fd = TarnFileUtil_UserOpenWin_F(c_loc(first_argument), ior(TARN_GENERIC_READ, TARN_GENERIC_WRITE), &
         0_c_int32_t, c_null_ptr, TARN_OPEN_EXISTING)
-    call check(fd > 2, 'TarnFileUtil_UserOpenWin_F: OPEN_EXISTING')
+    call check(fd > 2 .and. c_write(fd, 'd', 1_c_size_t) == 1, &
+        'TarnFileUtil_UserOpenWin_F: OPEN_EXISTING for reading and writing')
     st = c_close(fd)
     call tarn_file_delete(name)
   end subroutine test_user_open
