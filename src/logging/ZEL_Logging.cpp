@@ -12,6 +12,7 @@
 #include "TarnUtilities/system/TarnFileUtil.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "logging/LogDestinations.h"
+#include "logging/LogLine.h"
 
 #include <ace/Log_Msg.h>
 
@@ -43,8 +44,8 @@ std::vector<std::string> SplitLines(const std::string& text) {
 
 std::string Utf8(const std::u16string& text) { return TarnStringUtil::wide_to_utf8(text.c_str()); }
 
-// Joins the working directory and a file name given in the configuration: a
-// name with a directory part is used as it is.
+// The log file: a bare name lies in the working directory, a name with a
+// directory part is used as it is.
 std::u16string PathInDirectory(const std::u16string& directory, const std::u16string& file) {
   std::u16string dirPart, namePart;
   TarnFileNameUtil::split_path(file, dirPart, namePart);
@@ -55,11 +56,23 @@ std::u16string PathInDirectory(const std::u16string& directory, const std::u16st
   return path;
 }
 
+// The failure XML file: a relative name, with or without a directory part,
+// lies under the working directory; an absolute one stays as given.
+//   ("/w", "f.xml") => "/w/f.xml",  ("/w", "d/f.xml") => "/w/d/f.xml",
+//   ("/w", "/x/f.xml") => "/x/f.xml"
+std::u16string XmlFilePath(const std::u16string& directory, const std::u16string& file) {
+  if (file[0] == u'/')
+    return file;
+  std::u16string path;
+  TarnFileNameUtil::concat_path(directory, file, path);
+  return path;
+}
+
 // Opens the failure XML file and writes the element that `write` produces.
 template <typename WriteElement>
 void WriteXmlFile(const std::u16string& directory, const std::u16string& file,
                   WriteElement write) {
-  std::ofstream out(Utf8(PathInDirectory(directory, file)), std::ios::out | std::ios::trunc);
+  std::ofstream out(Utf8(XmlFilePath(directory, file)), std::ios::out | std::ios::trunc);
   if (!out)
     return; // an XML file that cannot be opened is not reported
   write(out);
@@ -95,6 +108,9 @@ void ZEL_Logging::SetConfig(const ZEL_LogConfig& config, const std::u16string& w
 
   ACE_Log_Msg* ace = ACE_Log_Msg::instance();
   ace->open(self.programNameUtf8_.c_str(), ACE_Log_Msg::STDERR, nullptr);
+  // ACE's open only ever clears the STDERR flag; after an earlier
+  // configuration cleared it, it has to be set again here.
+  ace->set_flags(ACE_Log_Msg::STDERR);
 
   std::unique_ptr<std::ofstream> previous = std::move(self.logStream_);
   if (!config.logFile.empty()) {
@@ -188,14 +204,7 @@ void ZEL_Logging::Failure(const std::exception& e) {
   const std::string text = kBanner + what + self.SupportSentence();
   // Written directly at critical priority; this prefix has no blank after
   // the parenthesis, unlike the critical() level function.
-  ACE_Log_Msg* ace = ACE_Log_Msg::instance();
-  if (!ace->log_priority_enabled(LM_CRITICAL))
-    return;
-  const int lastError = ACE_Log_Msg::last_error_adapter();
-  ace = ZEL_detail::ThreadLogMsg();
-  ace->conditional_set(__FILE__, __LINE__, -1, lastError);
-  const std::string format = std::string("(CRITICAL)") + kHeader + "%s\n";
-  ace->log(LM_CRITICAL, format.c_str(), text.c_str());
+  ZEL_detail::WriteLogLine(LM_CRITICAL, "(CRITICAL)", __FILE__, __LINE__, kHeader, text.c_str());
 }
 
 void ZEL_Logging::Failure() {

@@ -86,15 +86,19 @@ TarnBigInteger::TarnBigInteger(const uint32_t* digits, uint64_t msbIdx, uint64_t
 TarnBigInteger::TarnBigInteger(TarnBigInteger&& other) noexcept
     : m_Digits(m_Inline), m_Capacity(MIN_DIG_CAPACITY), m_MsbIdx(other.m_MsbIdx) {
   if (other.OnHeap()) {
+    // Take the heap block; the source falls back to its inline buffer, whose
+    // digits may still hold an older value and are cleared whole.
     m_Digits = other.m_Digits;
     m_Capacity = other.m_Capacity;
     std::memset(m_Inline, 0, sizeof(m_Inline));
     other.m_Digits = other.m_Inline;
     other.m_Capacity = MIN_DIG_CAPACITY;
+    std::memset(other.m_Inline, 0, sizeof(other.m_Inline));
+    other.m_MsbIdx = 0;
   } else {
     std::memcpy(m_Inline, other.m_Inline, sizeof(m_Inline));
+    other.SetZero();
   }
-  other.SetZero();
 }
 
 TarnBigInteger& TarnBigInteger::operator=(const TarnBigInteger& other) {

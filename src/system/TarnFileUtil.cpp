@@ -12,6 +12,7 @@
 #include "system/PathLexical.h"
 #include "system/SystemName.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -141,6 +142,11 @@ ZelStatusCode TarnFileUtil::CreateDirRecursive(const std::string& name) {
     return ERR_FILE_IO;
   }
   ZelStatusCode status = STATUS_OK;
+  if (current.empty() || IsExistingDir(current, status))
+    return STATUS_OK;
+  // Both separators take a name apart; the system knows only '/', so
+  // "b1\b2" becomes "b1/b2" and creates b2 inside b1.
+  std::replace(current.begin(), current.end(), '\\', '/');
   while (!current.empty() && !IsExistingDir(current, status)) {
     if (TarnPath::IsSeparator(current.back()))
       current.pop_back();

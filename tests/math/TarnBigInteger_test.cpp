@@ -15,6 +15,8 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -112,6 +114,69 @@ TEST(TarnBigInteger, ComparesByMagnitude) {
     EXPECT_EQ(x < y, a < b);
     EXPECT_EQ(y < x, b < a);
   }
+}
+
+// Value semantics -----------------------------------------------------------
+
+namespace {
+
+/// The value's decimal text after checking the digit invariant: every digit
+/// above the msb index is zero, the one at it is not (unless the value is 0).
+std::string CheckedDec(const TarnBigInteger& v) {
+  for (uint64_t i = v.GetMsbIdx() + 1; i < v.GetCapacity(); ++i)
+    EXPECT_EQ(v.GetDigit(i), 0u) << "digit " << i;
+  EXPECT_TRUE(v.GetMsbIdx() == 0 || v.GetDigit(v.GetMsbIdx()) != 0);
+  return Dec(v);
+}
+
+} // namespace
+
+TEST(TarnBigInteger, CopiesMovesAndSwapsInlineAndHeapValues) {
+  // Small and 2^500-sized values stay inline; 2^1000 and 2^5000 live on the heap.
+  std::vector<TarnBigInteger> values(4, TarnBigInteger(12345));
+  values[1].Pow2Mult(500 - 14);
+  values[2].Pow2Mult(1000);
+  values[3].Pow2Mult(5000);
+  for (const TarnBigInteger& a : values)
+    for (const TarnBigInteger& b : values) {
+      const std::string da = Dec(a), db = Dec(b);
+      SCOPED_TRACE(std::to_string(a.NumBits()) + " bits from " + std::to_string(b.NumBits()));
+      TarnBigInteger copy(a);
+      EXPECT_EQ(CheckedDec(copy), da);
+      TarnBigInteger from(a), moved(std::move(from));
+      EXPECT_EQ(CheckedDec(moved), da);
+      EXPECT_EQ(CheckedDec(from), "0");
+      from = b; // a moved-from value takes new ones
+      EXPECT_EQ(CheckedDec(from), db);
+      TarnBigInteger copyTo(b);
+      copyTo = a;
+      EXPECT_EQ(CheckedDec(copyTo), da);
+      TarnBigInteger moveTo(b), source(a);
+      moveTo = std::move(source);
+      EXPECT_EQ(CheckedDec(moveTo), da);
+      EXPECT_EQ(CheckedDec(source), "0");
+      source = b;
+      EXPECT_EQ(CheckedDec(source), db);
+      TarnBigInteger x(a), y(b);
+      std::swap(x, y);
+      EXPECT_EQ(CheckedDec(x), db);
+      EXPECT_EQ(CheckedDec(y), da);
+      x = x;
+      EXPECT_EQ(CheckedDec(x), db);
+    }
+  // Growing a vector moves every element.
+  std::vector<TarnBigInteger> grown;
+  for (int i = 0; i < 40; ++i)
+    grown.push_back(values[i % 4]);
+  for (int i = 0; i < 40; ++i)
+    EXPECT_EQ(grown[i], values[i % 4]);
+}
+
+TEST(TarnBigInteger, LiteralZeroConstructsZero) {
+  const TarnBigInteger zero(0);
+  EXPECT_TRUE(zero.IsZero());
+  EXPECT_EQ(TarnBigInteger(7), TarnBigInteger(uint64_t(7)));
+  EXPECT_EQ(TarnBigInteger(7u).ToUint64(), 7u);
 }
 
 // Arithmetic against unsigned __int128 --------------------------------------

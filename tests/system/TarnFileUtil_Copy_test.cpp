@@ -11,8 +11,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <random>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using testing::HasSubstr;
@@ -88,6 +91,27 @@ TEST(TarnFileUtilCopy, FailsInAReadOnlyDirectory) {
       [&dir] { return !TarnFileUtil::FileCopy(dir.Wide("src"), dir.Wide("ro/dst")); }));
   EXPECT_FALSE(TarnFileUtil::FileExists(dir / "ro/dst"));
   EXPECT_EQ(ReadFile(dir / "src"), "data");
+}
+
+TEST(TarnFileUtilCopy, RunningOutOfRoomPartWayFails) {
+  TempDir dir;
+  const std::string content = BinaryContent(3 * 1048576 + 17);
+  WriteFile(dir / "src", content);
+  EXPECT_FALSE(TarnFileUtil::FileCopy(dir.Wide("src"), u"/dev/full"));
+  // A file-size limit stops the copy after 1 MiB + 5 bytes, in a child
+  // process so that the limit stays there.
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::signal(SIGXFSZ, SIG_IGN);
+    const struct rlimit limit = {1048576 + 5, 1048576 + 5};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    ::_exit(TarnFileUtil::FileCopy(dir.Wide("src"), dir.Wide("dst")) ? 1 : 0);
+  }
+  int status = -1;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  EXPECT_EQ(ReadFile(dir / "dst"), content.substr(0, 1048576 + 5));
+  EXPECT_EQ(ReadFile(dir / "src"), content);
 }
 
 TEST(TarnFileUtilCopy, OntoItselfUnderAnyNameLeavesTheFileIntact) {

@@ -136,6 +136,13 @@ TEST(TarnFileUtil, CreateDirRecursiveMakesEveryMissingParent) {
   EXPECT_TRUE(IsDirectory(dir / "s/v"));
   EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "s/w\\"), STATUS_OK);
   EXPECT_TRUE(IsDirectory(dir / "s/w"));
+  // A backslash separates components as a slash does.
+  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "b1\\b2/b3\\b4"), STATUS_OK);
+  EXPECT_TRUE(IsDirectory(dir / "b1/b2/b3/b4"));
+  // ... but an existing directory whose name holds one is taken as it is.
+  ::mkdir((dir / "x\\y").c_str(), 0755);
+  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "x\\y"), STATUS_OK);
+  EXPECT_FALSE(IsDirectory(dir / "x"));
   EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "m//n//"), STATUS_OK);
   EXPECT_TRUE(IsDirectory(dir / "m/n"));
   // Hundreds of levels, and names relative to the current directory.

@@ -26,6 +26,7 @@ namespace {
 
 struct Split {
   std::vector<std::string> lines;
+  std::vector<std::size_t> starts; // offset of each line in the text
   std::uint64_t longest = 0;
 };
 
@@ -68,8 +69,10 @@ Split OracleSplit(const std::string& text) {
   for (std::size_t i = 0; i <= n; ++i) {
     if (starts[i])
       last = i;
-    if (ends[i])
+    if (ends[i]) {
       split.lines.push_back(text.substr(last, i - last));
+      split.starts.push_back(last);
+    }
   }
   split.longest = longest;
   return split;
@@ -81,6 +84,37 @@ Split ParserSplit(const TextLinesParser& parser) {
     split.lines.emplace_back(parser.GetLine(i));
   split.longest = parser.GetLongestLineLength();
   return split;
+}
+
+// Loads text from a file and checks every line against the oracle by its
+// place in the buffer, its bytes and the zero that ends it, so that zero
+// bytes inside a line count as text.
+void ExpectLoadedLikeTheOracle(const TempDir& dir, const std::string& text) {
+  WriteFile(dir / "t", text);
+  TextLinesParser parser;
+  ASSERT_TRUE(parser.LoadTextFromFile((dir / "t").c_str()));
+  EXPECT_EQ(parser.GetTextLength(), text.size());
+  const Split expected = text.empty() ? Split() : OracleSplit(text);
+  ASSERT_EQ(parser.GetNumLines(), expected.lines.size());
+  EXPECT_EQ(parser.GetLongestLineLength(), expected.longest);
+  for (std::size_t i = 0; i < expected.lines.size(); ++i) {
+    const std::string& line = expected.lines[i];
+    const char* got = parser.GetLine(i);
+    ASSERT_EQ(static_cast<std::size_t>(got - parser.GetLine(0)), expected.starts[i]) << i;
+    ASSERT_EQ(std::string(got, line.size()), line) << i;
+    ASSERT_EQ(got[line.size()], '\0') << i;
+  }
+}
+
+// Random text of a, zero, blank, LF and CR; one byte in `spread` on average
+// is drawn from the whole alphabet, the others are 'a'.
+std::string RandomText(std::mt19937& rng, std::size_t length, unsigned spread = 1) {
+  const char alphabet[] = {'a', '\0', ' ', '\n', '\n', '\r', '\r'};
+  std::string text(length, 'a');
+  for (char& c : text)
+    if (rng() % spread == 0)
+      c = alphabet[rng() % sizeof alphabet];
+  return text;
 }
 
 void ExpectSplit(const std::string& text, const std::vector<std::string>& lines,
@@ -233,13 +267,19 @@ TEST(TextLinesParser, EmptyFileLoadsAsEmpty) {
   EXPECT_EQ(parser.GetLongestLineLength(), 0u);
 }
 
-TEST(TextLinesParser, ZeroBytesInAFileStayInsideTheirLine) {
+TEST(TextLinesParser, FilesWithZeroBytesAgreeWithTheOracle) {
   TempDir dir;
-  WriteFile(dir / "z", std::string("ab\0cd\nef", 8));
-  TextLinesParser parser;
-  ASSERT_TRUE(parser.LoadTextFromFile((dir / "z").c_str()));
-  EXPECT_EQ(parser.GetNumLines(), 2u);
-  EXPECT_EQ(std::string(parser.GetLine(0), 5), std::string("ab\0cd", 5));
-  EXPECT_STREQ(parser.GetLine(1), "ef");
-  EXPECT_EQ(parser.GetLongestLineLength(), 5u);
+  std::mt19937 rng(77);
+  for (int round = 0; round < 200; ++round) {
+    const std::string text = RandomText(rng, rng() % 200);
+    SCOPED_TRACE(testing::PrintToString(text));
+    ExpectLoadedLikeTheOracle(dir, text);
+  }
+}
+
+TEST(TextLinesParser, FilesOfEightMiBAndMoreAgreeWithTheOracle) {
+  // Buffers from 8 MiB on are mapped rather than allocated.
+  TempDir dir;
+  std::mt19937 rng(8);
+  ExpectLoadedLikeTheOracle(dir, RandomText(rng, (std::size_t(8) << 20) + 4099, 50));
 }

@@ -25,6 +25,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <type_traits>
 
 class TARN_API TarnBigInteger {
 public:
@@ -46,6 +47,12 @@ public:
   /// @{
   TarnBigInteger();
   TarnBigInteger(uint64_t value); // NOLINT: implicit on purpose, like an integer
+  /// Any other integer type, converted to uint64_t as the built-in conversion
+  /// does. It makes a literal 0 mean zero, where it would otherwise be as good
+  /// a null pointer for the text constructor: TarnBigInteger(0) => 0.
+  template <typename Int, std::enable_if_t<std::is_integral_v<Int>, int> = 0>
+  TarnBigInteger(Int value) // NOLINT: implicit on purpose, like an integer
+      : TarnBigInteger(static_cast<uint64_t>(value)) {}
   /// Reads decimal digits: "12345678901234567890" => 12345678901234567890.
   /// Characters are not validated: each one adds (c - '0') modulo 2^32 as if
   /// it were a digit, so only digits should be passed. A null pointer or an

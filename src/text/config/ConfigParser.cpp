@@ -118,7 +118,10 @@ void ConfigParser::ParseValue(ZEL_ConfigFileItem& item, unsigned depth) {
         ZEL_MESSAGE("unexpected character = in line %zu of configuration file %s", token.line,
                     name_.c_str()));
   default:
-    ThrowConfigSyntaxError("150155040507", "unknown token type in ConfigFile class");
+    ThrowConfigSyntaxError(
+        "150155040507",
+        ZEL_MESSAGE("unknown token type in ConfigFile class in line %zu of configuration file %s",
+                    token.line, name_.c_str()));
   }
 }
 

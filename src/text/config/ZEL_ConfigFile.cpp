@@ -13,6 +13,7 @@
 #include "TarnUtilities/logging/ZEL_Message.h"
 #include "TarnUtilities/system/TextLinesParser.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
+#include "text/strings/Utf8Bom.h"
 
 #include <cerrno>
 #include <cstring>
@@ -33,7 +34,9 @@ public:
     // The loader splits in place: a line runs up to the NUL that replaced
     // its line end, and a two-character line end leaves its second
     // character just before the next line. The last line ends with the text.
-    const char* begin = lines_.GetLine(index);
+    // A byte-order mark before the first line is no text of the file.
+    const char* begin =
+        index == 0 ? tarn_detail::SkipUtf8Bom(lines_.GetLine(0)) : lines_.GetLine(index);
     const char* end;
     if (index + 1 < lines_.GetNumLines()) {
       end = lines_.GetLine(index + 1) - 1;

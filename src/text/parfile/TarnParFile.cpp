@@ -6,6 +6,7 @@
 #include "TarnUtilities/system/TextLinesParser.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "text/parfile/ParFileSupport.h"
+#include "text/strings/Utf8Bom.h"
 
 #include <climits>
 #include <memory>
@@ -38,7 +39,7 @@ const TarnParFile& TarnParFile::Parse() {
   bool insideCommand = false;
   const std::size_t lineCount = text.GetNumLines();
   for (std::size_t i = 0; i < lineCount; ++i) {
-    const char* raw = text.GetLine(i);
+    const char* raw = i == 0 ? tarn_detail::SkipUtf8Bom(text.GetLine(0)) : text.GetLine(i);
     if (*raw == '\0')
       continue;
     const int lineNumber =

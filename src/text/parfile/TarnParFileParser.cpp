@@ -8,6 +8,7 @@
 #include "TarnUtilities/system/TextLinesParser.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "text/parfile/ParFileSupport.h"
+#include "text/strings/Utf8Bom.h"
 
 #include <cstring>
 #include <sys/stat.h>
@@ -169,7 +170,7 @@ void TarnParFileParser::ParseInto(std::u16string fileName, const std::string& lo
 
   const std::size_t lineCount = text.GetNumLines();
   for (std::size_t i = 0; i < lineCount; ++i) {
-    const char* line = text.GetLine(i);
+    const char* line = i == 0 ? tarn_detail::SkipUtf8Bom(text.GetLine(0)) : text.GetLine(i);
     const char* cursor = line;
     const std::string include = GetIncludeFileName(cursor);
     if (!include.empty()) {
@@ -230,9 +231,14 @@ TarnParFileParser::Block TarnParFileParser::ReadBlock(const TextLinesParser& tex
       continue;
     if (*cursor != '=')
       ThrowForLine("'=' expected in line\n    %s\n of the parameter file \"%s\".", line, fileName);
+    // "= value" keeps its value under an empty key.
     if (key.empty())
-      ThrowForLine("Key expected before '=' in line\n    %s\n of the parameter file \"%s\".", line,
-                   fileName);
+      ZEL_LogMacros::warning(
+          __FILE__, __LINE__, kParserHeader,
+          ZEL_MESSAGE("Key missing before '=' in line\n    %s\n of the parameter file \"%s\". "
+                      "The value is stored under an empty key.",
+                      QuotedLine(line).c_str(), fileName.c_str())
+              .c_str());
     ++cursor;
     while (IsBlank(*cursor))
       ++cursor;

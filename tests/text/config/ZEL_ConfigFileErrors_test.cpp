@@ -38,7 +38,9 @@ const Error kNewlineAfterA = {
     "145802040507"};
 const Error kUnexpectedEquals = {"unexpected character = in line # of configuration file t.cfg",
                                  "150155040507"};
-const Error kUnknownType = {"unknown token type in ConfigFile class", "150155040507"};
+const Error kUnknownType = {
+    "unknown token type in ConfigFile class in line # of configuration file t.cfg",
+    "150155040507"};
 const Error kExpectedComma = {"expected character , in line # of configuration file t.cfg",
                               "150111040507"};
 const Error kEndAtValue = {"unexpected end of configuration file t.cfg", "145900040507"};
@@ -78,7 +80,8 @@ TEST(ZEL_ConfigFileErrors, EveryMessage) {
       {"x = 0\n\nabc", kMissingEquals, 3},
       {"a = 1 2", kNewlineAfterA, 1},
       {"a = [1,\n=]", kUnexpectedEquals, 2},
-      {"a =", kUnknownType, 0},
+      {"\na =", kUnknownType, 2},
+      {"a = [1,\n]", kUnknownType, 2},
       {"a = [1,\n2\n3]", kExpectedComma, 3},
       // Unbalanced brackets: three places where the tokens can run out
       {"a = [", kEndAtValue, 0},

@@ -150,11 +150,12 @@ TEST(ZEL_ConfigFile, NonAsciiFileNamesAppearAsUtf8) {
             "Missing = character in line 2 of configuration file " + file.path());
 }
 
+// Files start with a UTF-8 byte-order mark, which is skipped.
 TEST(ZEL_ConfigFile, EveryLineEndFormWorks) {
   for (const char* end : {"\n", "\r\n", "\r", "\n\r"}) {
     SCOPED_TRACE(::testing::PrintToString(end));
     const std::string e = end;
-    ScratchFile file("config_line_ends.cfg", "a = 'x\\" + e + "y'" + e + e + "b = [1," + e +
+    ScratchFile file("config_line_ends.cfg", "\xEF\xBB\xBF" "a = 'x\\" + e + "y'" + e + e + "b = [1," + e +
                                                  "2]" + e + "c = 1 2" + e);
     ZEL_ConfigFile config;
     EXPECT_EQ(tarn_test::FailureMessage([&] { config.LoadFile(file.path()); }),

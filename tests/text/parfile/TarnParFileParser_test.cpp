@@ -91,7 +91,6 @@ TEST_F(ParFileParserTest, SyntaxErrorsInBlocksThrow) {
   const Case cases[] = {
       {"key value", "'=' expected in line\n    "},
       {"include, other.par", "'=' expected in line\n    "},
-      {"= 1", "Key expected before '=' in line\n    "},
       {"key = \"quoted\" tail", "Unexpected symbols found in line\n    "},
   };
   for (const Case& c : cases) {
@@ -124,14 +123,25 @@ TEST_F(ParFileParserTest, MissingEndThrows) {
                 "\".");
 }
 
-TEST_F(ParFileParserTest, UnterminatedQuoteGivesAnEmptyValueAndAWarning) {
-  dir.Write("m.par", "CMD\na = \"open\nb = 'x\nEND_\n");
-  EXPECT_EQ(Read(dir.Wide("m.par"), "cmd"), (Blocks{{{"a", ""}, {"b", ""}}}));
-  const std::string file =
-      " of the parameter file \"" + dir / "m.par" + "\". The value is empty.";
+TEST_F(ParFileParserTest, UnterminatedQuoteOrMissingKeyGiveAWarning) {
+  dir.Write("m.par", "CMD\na = \"open\nb = 'x\n= 5\nEND_\n");
+  EXPECT_EQ(Read(dir.Wide("m.par"), "cmd"), (Blocks{{{"a", ""}, {"b", ""}, {"", "5"}}}));
+  const std::string file = " of the parameter file \"" + dir / "m.par" + "\".";
   EXPECT_THAT(log.Messages("WARNING"),
-              ElementsAre("Closing quote missing in line\n    a = \"open\n" + file,
-                          "Closing quote missing in line\n    b = 'x\n" + file));
+              ElementsAre("Closing quote missing in line\n    a = \"open\n" + file +
+                              " The value is empty.",
+                          "Closing quote missing in line\n    b = 'x\n" + file +
+                              " The value is empty.",
+                          "Key missing before '=' in line\n    = 5\n" + file +
+                              " The value is stored under an empty key."));
+}
+
+TEST_F(ParFileParserTest, ByteOrderMarkAtTheStartIsSkipped) {
+  dir.Write("main.par", "\xEF\xBB\xBF" "CMD\na = 1\nEND_\ninclude, sub.par\n");
+  dir.Write("sub.par", "\xEF\xBB\xBF" "CMD\nb = 2\nEND_\n");
+  EXPECT_EQ(Read(dir.Wide("main.par"), "cmd"), (Blocks{{{"a", "1"}}, {{"b", "2"}}}));
+  dir.Write("inc.par", "\xEF\xBB\xBF" "include, sub.par\n");
+  EXPECT_EQ(Read(dir.Wide("inc.par"), "cmd"), (Blocks{{{"b", "2"}}}));
 }
 
 TEST_F(ParFileParserTest, IncludesAreReadAtTheirPlace) {

@@ -66,6 +66,11 @@ TEST_F(ParFileTest, GroupsCommandsAndIgnoresLinesOutsideThem) {
   EXPECT_EQ(file.getFileName(), dir.Wide("m.par"));
 }
 
+TEST_F(ParFileTest, ByteOrderMarkAtTheStartIsSkipped) {
+  const TarnParFile file = ParseText(dir, "\xEF\xBB\xBF" "TAIL\narea = 4\nEND_\n");
+  EXPECT_THAT(Outline(file), ElementsAre("command TAIL id ", "  4 area [area;4;]"));
+}
+
 TEST_F(ParFileTest, FindsCommandsByNameAndIdentifier) {
   const TarnParFile file = ParseText(dir, kModel);
 
