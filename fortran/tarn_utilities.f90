@@ -95,6 +95,8 @@ module tarn_utilities
   public :: TarnFileUtil_Delete_F, TarnFileUtil_FileExists_F, TarnFileUtil_GetCwd_F, &
       TarnFileUtil_GetFullPathName_F, TarnFileUtil_UserOpenWin_SetFilename_F, &
       TarnFileUtil_UserOpenWin_F
+  public :: SearchTree3D_Init_F, SearchTree3D_AddPoint_F, SearchTree3D_CreateTree_F, &
+      SearchTree3D_FindNearestPoint_F, SearchTree3D_Release_F
   public :: FormatUtil_PrintIntList_F, FormatUtil_PrintDbleList_F, FormatUtil_float_to_str_F
   public :: IntegerCodedBoolVector_ToArray_F, IntegerCodedBoolVector_ToInt_F
 
@@ -107,6 +109,7 @@ module tarn_utilities
   public :: tarn_bin_file_writer_init, tarn_bin_file_writer_write
   public :: tarn_file_delete, tarn_file_exists, tarn_get_cwd, tarn_full_path_name
   public :: tarn_user_open_set_filename
+  public :: tarn_search_tree_add_points, tarn_search_tree_nearest
   public :: tarn_print_int_list, tarn_print_double_list, tarn_float_to_str
   public :: tarn_flags_of, tarn_code_of
 
@@ -454,6 +457,42 @@ module tarn_utilities
       integer(c_int32_t) :: fd
     end function
 
+    ! -- ZEL_SearchTree3D (handle by reference; points numbered from 1 in the
+    !    order added; buckets of 12 points)
+    subroutine SearchTree3D_Init_F(handle, status) bind(c, name='SearchTree3D_Init_F')
+      import :: c_ptr, c_int32_t
+      type(c_ptr), intent(out) :: handle
+      integer(c_int32_t), intent(out), optional :: status
+    end subroutine
+    subroutine SearchTree3D_AddPoint_F(handle, x, y, z, status) &
+        bind(c, name='SearchTree3D_AddPoint_F')
+      import :: c_ptr, c_int32_t, c_double
+      type(c_ptr), intent(in) :: handle
+      real(c_double), intent(in) :: x, y, z
+      integer(c_int32_t), intent(out), optional :: status
+    end subroutine
+    subroutine SearchTree3D_CreateTree_F(handle, status) bind(c, name='SearchTree3D_CreateTree_F')
+      import :: c_ptr, c_int32_t
+      type(c_ptr), intent(in) :: handle
+      integer(c_int32_t), intent(out), optional :: status
+    end subroutine
+    !> number: of the nearest point; 0 with TARN_ERR_NOT_FOUND before any
+    !> CreateTree or on a tree of no points.
+    subroutine SearchTree3D_FindNearestPoint_F(handle, x, y, z, number, status) &
+        bind(c, name='SearchTree3D_FindNearestPoint_F')
+      import :: c_ptr, c_int32_t, c_double
+      type(c_ptr), intent(in) :: handle
+      real(c_double), intent(in) :: x, y, z
+      integer(c_int32_t), intent(out) :: number
+      integer(c_int32_t), intent(out), optional :: status
+    end subroutine
+    !> Destroys the tree and sets handle to null.
+    subroutine SearchTree3D_Release_F(handle, status) bind(c, name='SearchTree3D_Release_F')
+      import :: c_ptr, c_int32_t
+      type(c_ptr), intent(inout) :: handle
+      integer(c_int32_t), intent(out), optional :: status
+    end subroutine
+
     ! -- Number text
     subroutine FormatUtil_PrintIntList_F(values, count, text, capacity, status) &
         bind(c, name='FormatUtil_PrintIntList_F')
@@ -683,6 +722,37 @@ contains
     character(*), intent(in) :: name
     call TarnFileUtil_UserOpenWin_SetFilename_F(name, int(len_trim(name), c_int32_t))
   end subroutine tarn_user_open_set_filename
+
+  !> Adds the points xyz(:, 1), xyz(:, 2), ... (x, y, z in each column);
+  !> they take the next numbers in that order.
+  subroutine tarn_search_tree_add_points(handle, xyz, status)
+    type(c_ptr), intent(in) :: handle
+    real(c_double), intent(in) :: xyz(:, :)
+    integer(c_int32_t), intent(out), optional :: status
+    integer(c_int32_t) :: result
+    integer :: i
+    if (size(xyz, 1) /= 3) then
+      call finish(TARN_ERR_INVALID_ARGUMENT, status, 'tarn_search_tree_add_points (not xyz(3, n))')
+      return
+    end if
+    result = TARN_STATUS_OK
+    do i = 1, size(xyz, 2)
+      call SearchTree3D_AddPoint_F(handle, xyz(1, i), xyz(2, i), xyz(3, i), result)
+      if (result /= TARN_STATUS_OK) exit
+    end do
+    call finish(result, status, 'SearchTree3D_AddPoint_F')
+  end subroutine tarn_search_tree_add_points
+
+  !> The number of the point nearest to xyz (x, y, z); 0 when the tree
+  !> holds no point.
+  function tarn_search_tree_nearest(handle, xyz, status) result(number)
+    type(c_ptr), intent(in) :: handle
+    real(c_double), intent(in) :: xyz(3)
+    integer(c_int32_t), intent(out), optional :: status
+    integer(c_int32_t) :: number, result
+    call SearchTree3D_FindNearestPoint_F(handle, xyz(1), xyz(2), xyz(3), number, result)
+    call finish(result, status, 'SearchTree3D_FindNearestPoint_F')
+  end function tarn_search_tree_nearest
 
   !> "1-5, 7, 9-12", blank-padded to len(text).
   subroutine tarn_print_int_list(values, text, status)

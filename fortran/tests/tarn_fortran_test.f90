@@ -3,7 +3,8 @@
 ! Calls every entry point of the library's Fortran binding through the module
 ! tarn_utilities and checks the results as a Fortran caller sees them: arrays
 ! through the BIND(C) view, CSV files read back by the loader, binary files
-! read back with an unformatted stream read, status values of bad input.
+! read back with an unformatted stream read, nearest points of the search
+! tree against a brute force, status values of bad input.
 ! Entry points that end the process, and the log text of a failure, are run
 ! in a child process (this program started again with the case's name) whose
 ! exit code and output are checked. Exits non-zero if any check fails.
@@ -49,6 +50,7 @@ program tarn_fortran_test
   call test_file_helpers()
   call test_user_open()
   call test_number_text()
+  call test_search_tree()
   call test_flags()
   call test_bad_input()
   call test_child_processes()
@@ -376,6 +378,66 @@ contains
     end do
   end subroutine test_flags
 
+  ! Nearest points of a cloud against a brute force. Coordinates are small
+  ! multiples of 1/8, so every squared distance is exact on both sides.
+  subroutine test_search_tree()
+    integer, parameter :: n = 300
+    type(c_ptr) :: h
+    real(c_double) :: xyz(3, n), q(3), d2(n)
+    integer(c_int32_t) :: i, k, st, number
+    do i = 1, n
+      xyz(:, i) = [mod(37 * i, 101), mod(53 * i, 103), mod(i, 7)] * 0.125_c_double
+    end do
+    q = 0
+    call SearchTree3D_Init_F(h, st)
+    call SearchTree3D_FindNearestPoint_F(h, q(1), q(2), q(3), number, st)
+    call check(st == TARN_ERR_NOT_FOUND .and. number == 0, 'SearchTree3D: query before CreateTree')
+    call tarn_search_tree_add_points(h, xyz(1:2, :), st)
+    call check_status(st, TARN_ERR_INVALID_ARGUMENT, 'tarn_search_tree_add_points: not xyz(3, n)')
+    call tarn_search_tree_add_points(h, xyz)
+    call SearchTree3D_CreateTree_F(h, st)
+    call check_status(st, TARN_STATUS_OK, 'SearchTree3D_CreateTree_F')
+    do k = 1, 2 * n
+      ! Odd k: on the point k / 2 + 1 itself; even k: between points.
+      i = k / 2 + 1
+      q = xyz(:, i)
+      if (mod(k, 2) == 0) q = q + [3, -5, 1] * 0.0625_c_double
+      d2 = (xyz(2, :) - q(2))**2 + (xyz(1, :) - q(1))**2 + (xyz(3, :) - q(3))**2
+      number = tarn_search_tree_nearest(h, q)
+      if (mod(k, 2) == 1) call check(number == i, 'SearchTree3D: a point finds itself')
+      if (number < 1 .or. number > n) then
+        call check(.false., 'SearchTree3D: number in 1..n')
+        exit
+      end if
+      call check(d2(number) == minval(d2), 'SearchTree3D: nearest as the brute force')
+    end do
+    ! A point added later is found only after the next CreateTree.
+    call SearchTree3D_AddPoint_F(h, 100.0_c_double, 0.0_c_double, 0.0_c_double, st)
+    call check(tarn_search_tree_nearest(h, [100.0_c_double, 0.0_c_double, 0.0_c_double]) /= n + 1, &
+        'SearchTree3D: new point before the rebuild')
+    call SearchTree3D_CreateTree_F(h)
+    call check(tarn_search_tree_nearest(h, [100.0_c_double, 0.0_c_double, 0.0_c_double]) == n + 1, &
+        'SearchTree3D: new point after the rebuild')
+    call SearchTree3D_Release_F(h, st)
+    call check(st == TARN_STATUS_OK .and. .not. c_associated(h), 'SearchTree3D_Release_F nulls')
+
+    call SearchTree3D_Init_F(h)
+    call SearchTree3D_CreateTree_F(h)
+    number = 7
+    call SearchTree3D_FindNearestPoint_F(h, q(1), q(2), q(3), number, st)
+    call check(st == TARN_ERR_NOT_FOUND .and. number == 0, 'SearchTree3D: tree of no points')
+    call SearchTree3D_Release_F(h)
+    call SearchTree3D_AddPoint_F(h, q(1), q(2), q(3), st)
+    call check_status(st, TARN_ERR_INVALID_ARGUMENT, 'SearchTree3D_AddPoint_F: null handle')
+    call SearchTree3D_CreateTree_F(h, st)
+    call check_status(st, TARN_ERR_INVALID_ARGUMENT, 'SearchTree3D_CreateTree_F: null handle')
+    number = 7
+    call SearchTree3D_FindNearestPoint_F(h, q(1), q(2), q(3), number, st)
+    call check(st == TARN_ERR_INVALID_ARGUMENT .and. number == 0, 'SearchTree3D: query, null handle')
+    call SearchTree3D_Release_F(h, st)
+    call check_status(st, TARN_STATUS_OK, 'SearchTree3D_Release_F: null handle')
+  end subroutine test_search_tree
+
   ! Bad input gives a status, never a crash.
   subroutine test_bad_input()
     type(c_ptr) :: h, col
@@ -411,6 +473,9 @@ contains
     call check(st == TARN_ERR_FILE_IO .and. c_associated(h), 'file that cannot be opened')
     call CsvFileWriter_FlushCsvLine_F(h, st)
     call check_status(st, TARN_ERR_FILE_IO, 'flush without an open file')
+    call CsvFileWriter_Release_F(h, st)
+    call CsvFileWriter_Init_F(h, '', 0_c_int32_t, 0_c_int32_t, st)
+    call check(st == TARN_ERR_FILE_IO .and. c_associated(h), 'empty name')
     call CsvFileWriter_Release_F(h, st)
     call CsvFileWriter_Init_F(h, 'blank.csv      ', 15, 0_c_int32_t, st)
     call CsvFileWriter_Release_F(h, st)

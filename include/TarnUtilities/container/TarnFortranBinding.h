@@ -17,7 +17,8 @@
  *   - Text comes in as characters plus a length (Fortran strings are not
  *     zero-terminated); file names are trimmed and must be UTF-8. Text goes
  *     out blank-padded to the caller's length and is never zero-terminated.
- *   - Column numbers of the CSV table loader count from 1.
+ *   - Column numbers of the CSV table loader and point numbers of the search
+ *     tree count from 1.
  *
  * Example (C):
  *   void* csv = NULL;
@@ -168,6 +169,23 @@ TARN_API void TarnFileUtil_UserOpenWin_SetFilename_F(const char* name, int32_t l
 TARN_API int32_t TarnFileUtil_UserOpenWin_F(const char* fileName, const int32_t* desiredAccess,
                                             const int32_t* shareMode, const void* unused,
                                             const int32_t* creationDisposition);
+
+/* ---- ZEL_SearchTree3D: points numbered from 1 in the order added ---------- */
+/* The handle goes by reference here (a pointer to the handle variable).    */
+
+TARN_API void SearchTree3D_Init_F(void** handle, int32_t* status);
+/** Appends the point (*x, *y, *z); its number is the count of points so far. */
+TARN_API void SearchTree3D_AddPoint_F(void* const* handle, const double* x, const double* y,
+                                      const double* z, int32_t* status);
+/** Builds the tree over every point added so far, 12 points per leaf. */
+TARN_API void SearchTree3D_CreateTree_F(void* const* handle, int32_t* status);
+/** *number = the number of the point nearest to (*x, *y, *z); of points at
+ *  the same distance, the one the search meets first. Before any
+ *  CreateTree, or on a tree of no points: *number = 0 and ERR_NOT_FOUND. */
+TARN_API void SearchTree3D_FindNearestPoint_F(void* const* handle, const double* x, const double* y,
+                                              const double* z, int32_t* number, int32_t* status);
+/** Destroys the tree and sets *handle to null; a null handle does nothing. */
+TARN_API void SearchTree3D_Release_F(void** handle, int32_t* status);
 
 /* ---- Number formatting ----------------------------------------------------- */
 
