@@ -16,7 +16,6 @@
 
 #include <cctype>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <new>
@@ -99,7 +98,7 @@ int Dispatch(const std::vector<std::string>& words, const Command*& command) {
   }
   const std::string& first = rest.front();
   if (first == "--version") {
-    std::printf("tarnutil %s (TarnUtilities %s)\n", TARNUTIL_VERSION, TARNUTIL_VERSION);
+    std::printf("tarnutil %s\n", TARNUTIL_VERSION); // the library version it is built with
     return kExitOk;
   }
   if (first == "--help" || first == "-h") {
