@@ -53,17 +53,17 @@ std::string Unquoted(const std::string& title) {
 
 } // namespace
 
-std::size_t CsvTable::FindColumn(const std::string& spec) const {
+std::size_t CsvTable::FindColumn(const std::string& wanted) const {
   for (std::size_t c = 0; c < titles.size(); ++c)
-    if (titles[c] == spec)
+    if (titles[c] == wanted)
       return c;
-  const bool digits = !spec.empty() && spec.find_first_not_of("0123456789") == std::string::npos;
-  if (digits && spec.size() < 10) { // below 10 digits the number fits any size_t
-    const std::size_t number = std::stoul(spec);
+  const bool digits = !wanted.empty() && wanted.find_first_not_of("0123456789") == std::string::npos;
+  if (digits && wanted.size() < 10) { // below 10 digits the number fits any size_t
+    const std::size_t number = std::stoul(wanted);
     if (number >= 1 && number <= numColumns)
       return number - 1;
   }
-  throw InputError(fileName + " has no column '" + spec + "' (it has " + std::to_string(numColumns) +
+  throw InputError(fileName + " has no column '" + wanted + "' (it has " + std::to_string(numColumns) +
                    (numColumns == 1 ? " column)" : " columns)"));
 }
 
@@ -74,13 +74,13 @@ CsvTable ReadCsvTable(const std::string& fileName) {
   std::ifstream in(fileName, std::ios::binary);
   if (!in)
     throw InputError("cannot open " + fileName + ": " + std::strerror(errno));
-  in.seekg(0, std::ios::end);
-  const std::uint64_t size = static_cast<std::uint64_t>(in.tellg());
-  in.seekg(0, std::ios::beg);
+  // A pipe has no size: it is read without progress.
+  const std::uintmax_t size = std::filesystem::file_size(fileName, ignored);
+  const std::uint64_t totalBytes = ignored ? 0 : size;
 
   CsvTable table;
   table.fileName = fileName;
-  Progress progress("reading " + fileName, size);
+  Progress progress("reading " + fileName, totalBytes);
   std::uint64_t bytesRead = 0;
   std::uint64_t lineNumber = 0;
   bool firstRow = true;

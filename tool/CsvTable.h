@@ -35,10 +35,10 @@ struct CsvTable {
 
   std::size_t NumRows() const { return lineNumbers.size(); }
   double At(std::size_t row, std::size_t column) const { return values[row * numColumns + column]; }
-  /// The position of the column named by `spec`: a number from 1 or a
+  /// The position of the column named by `wanted`: a number from 1 or a
   /// title. An InputError when there is no such column.
   ///   titles (x, y, z): "2" => 1;  "z" => 2;  "w" => throws
-  std::size_t FindColumn(const std::string& spec) const;
+  std::size_t FindColumn(const std::string& wanted) const;
 };
 
 /// Reads a table from fileName; shows progress for a large file on a terminal.

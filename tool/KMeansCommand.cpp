@@ -41,9 +41,9 @@ constexpr long long kDefaultIterations = 100;
 constexpr long long kMaxIterations = 1000000;
 
 int Run(Arguments& args) {
-  std::string columnSpec = "1";
+  std::string columnName = "1";
   std::string iterationsText;
-  args.TakeOption("--column", columnSpec);
+  args.TakeOption("--column", columnName);
   const bool hasIterations = args.TakeOption("--iterations", iterationsText);
   const bool printAssignment = args.TakeFlag("--assign");
   const std::vector<std::string> operands = args.Rest();
@@ -56,7 +56,7 @@ int Run(Arguments& args) {
   const CsvTable table = ReadCsvTable(operands[1]);
   if (table.NumRows() == 0)
     throw InputError(table.fileName + " holds no values");
-  const std::size_t column = table.FindColumn(columnSpec);
+  const std::size_t column = table.FindColumn(columnName);
   std::vector<double> values(table.NumRows());
   for (std::size_t r = 0; r < values.size(); ++r)
     values[r] = table.At(r, column);
