@@ -54,9 +54,10 @@ TEST(TarnFileUtilDir, ReadDirListsFilesAndDirectoriesWithoutDots) {
   EXPECT_NE(std::find(wide.begin(), wide.end(), u"\u00e9t\u00e9.csv"), wide.end());
 }
 
-TEST(TarnFileUtilDir, ReadDirFailsForMissingDirectoriesAndFiles) {
+TEST(TarnFileUtilDir, ReadersFailForMissingDirectoriesFilesAndClosedOnes) {
   TempDir dir;
   WriteFile(dir / "file", "x");
+  CapturedLog log;
   for (const std::string& name : {dir / "missing", dir / "file", dir / std::string(300, 'n')}) {
     SCOPED_TRACE(name);
     std::list<std::string> names = {"stale"};
@@ -65,11 +66,18 @@ TEST(TarnFileUtilDir, ReadDirFailsForMissingDirectoriesAndFiles) {
     std::list<std::u16string> wide = {u"stale"};
     EXPECT_EQ(TarnFileUtil::ReadDir(W(name), wide), ERR_INTERNAL);
     EXPECT_TRUE(wide.empty());
+    std::vector<std::string> matches = {"stale"};
+    EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(name, ".csv", matches), ERR_INTERNAL);
+    EXPECT_TRUE(matches.empty());
+    std::vector<std::u16string> wideMatches = {u"stale"};
+    EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(W(name), u".csv", wideMatches), ERR_INTERNAL);
+    EXPECT_TRUE(wideMatches.empty());
   }
-}
+  const std::string text = log.Take();
+  EXPECT_THAT(text, HasSubstr("(DEBUG   ) ["));
+  EXPECT_THAT(text, HasSubstr("|LIBUTIL|TarnFileUtil] TarnFileUtil::ReadDir in "
+                              "TarnFileUtil::ReadDirPattern returned -1\n"));
 
-TEST(TarnFileUtilDir, ReadDirFailsWithoutPermission) {
-  TempDir dir;
   tarn_test::OpenToEveryone(dir);
   ::mkdir((dir / "closed").c_str(), 0700);
   WriteFile(dir / "closed/f", "x");
@@ -114,21 +122,6 @@ TEST(TarnFileUtilDir, StartPatternIsAnExactPrefix) {
   std::vector<std::u16string> wide;
   EXPECT_EQ(TarnFileUtil::ReadDirPattern(W(dir.path()), u"with", wide, true), STATUS_OK);
   EXPECT_THAT(wide, ElementsAre(u"with space.csv"));
-}
-
-TEST(TarnFileUtilDir, PatternReadersReportAndLogReadFailures) {
-  TempDir dir;
-  std::vector<std::string> names = {"stale"};
-  CapturedLog log;
-  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(dir / "missing", ".csv", names), ERR_INTERNAL);
-  EXPECT_TRUE(names.empty());
-  std::vector<std::u16string> wide = {u"stale"};
-  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(dir.Wide("missing"), u".csv", wide), ERR_INTERNAL);
-  EXPECT_TRUE(wide.empty());
-  const std::string text = log.Take();
-  EXPECT_THAT(text, HasSubstr("(DEBUG   ) ["));
-  EXPECT_THAT(text, HasSubstr("|LIBUTIL|TarnFileUtil] TarnFileUtil::ReadDir in "
-                              "TarnFileUtil::ReadDirPattern returned -1\n"));
 }
 
 TEST(TarnFileUtilDir, ListMatchingFilesUsesWildcards) {
