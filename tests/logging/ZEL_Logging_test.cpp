@@ -9,8 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <condition_variable>
 #include <cstdlib>
+#include <future>
 #include <mutex>
 #include <regex>
 #include <sstream>
@@ -167,31 +167,19 @@ TEST_F(LoggingTest, LogFileIsAppendedOrReplaced) {
 
 TEST_F(LoggingTest, ReconfigurationReachesRunningThreads) {
   Start(ZEL_Loglevels::NOTICE);
-  std::mutex m;
-  std::condition_variable cv;
-  int phase = 0;
+  std::promise<void> firstWritten, reconfigured;
+  std::future<void> go = reconfigured.get_future();
   std::thread worker([&] {
     ZEL_LogMacros::notice("f", 1, "", "first file");
-    {
-      std::unique_lock<std::mutex> lock(m);
-      phase = 1;
-      cv.notify_all();
-      cv.wait(lock, [&] { return phase == 2; });
-    }
+    firstWritten.set_value();
+    go.wait();
     ZEL_LogMacros::notice("f", 1, "", "second file");
   });
-  {
-    std::unique_lock<std::mutex> lock(m);
-    cv.wait(lock, [&] { return phase == 1; });
-  }
+  firstWritten.get_future().wait();
   ZEL_LogConfig second;
   second.logFile = u"second.log";
   ZEL_Logging::SetConfig(second, Wide(dir_.path()));
-  {
-    std::lock_guard<std::mutex> lock(m);
-    phase = 2;
-  }
-  cv.notify_all();
+  reconfigured.set_value();
   worker.join();
   EXPECT_EQ(LogText(), "(NOTICE  ) first file\n");
   EXPECT_EQ(tarn_test::ReadFile(dir_ / "second.log"), "(NOTICE  ) second file\n");
