@@ -104,18 +104,6 @@ TEST(ZEL_TransformationMatrix, StepsAgainstHomogeneousProducts) {
   }
 }
 
-TEST(ZEL_TransformationMatrix, ReflectionTwiceGivesThePoint) {
-  std::mt19937 rng(2);
-  std::uniform_real_distribution<double> d(-5, 5);
-  for (int k = 0; k < 200; ++k) {
-    const TarnVector3d p(d(rng), d(rng), d(rng)), n(d(rng), d(rng), d(rng)), x(d(rng), d(rng), d(rng));
-    M twice;
-    twice.AddReflectionOnPlane(p, n);
-    twice.AddReflectionOnPlane(p, n);
-    ExpectNear(twice * x, x, 1e-12);
-  }
-}
-
 TEST(ZEL_TransformationMatrix, EdgeCases) {
   const double inf = std::numeric_limits<double>::infinity(), nan = std::nan("");
   const double axisLimit = 9.99999993922529e-9; // 1e-8f

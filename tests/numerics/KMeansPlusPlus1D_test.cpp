@@ -219,8 +219,9 @@ TEST(KMeansPlusPlus1D, QualityFactor) {
 }
 
 TEST(KMeansPlusPlus1D, DistanceFromTheOptimum) {
-  // Not a pass/fail figure: how far the iteration lands from the least
-  // possible sum of squared distances, over random small inputs.
+  // How far the iteration lands from the least possible sum of squared
+  // distances over random small inputs; the mean ratios must stay near the
+  // recorded ones (1.04 and 1.13).
   std::mt19937 rng(5);
   std::srand(1); // the random seeding draws with rand()
   for (bool advanced : {true, false}) {
@@ -240,5 +241,6 @@ TEST(KMeansPlusPlus1D, DistanceFromTheOptimum) {
     }
     std::printf("%s seeding: optimal in %d of %d runs, mean ratio %.4f, worst %.3f\n",
                 advanced ? "deterministic" : "random", optimal, runs, total / runs, worst);
+    EXPECT_LT(total / runs, advanced ? 1.06 : 1.2);
   }
 }

@@ -54,9 +54,10 @@ TEST(TarnFileUtilDir, ReadDirListsFilesAndDirectoriesWithoutDots) {
   EXPECT_NE(std::find(wide.begin(), wide.end(), u"\u00e9t\u00e9.csv"), wide.end());
 }
 
-TEST(TarnFileUtilDir, ReadDirFailsForMissingDirectoriesAndFiles) {
+TEST(TarnFileUtilDir, ReadersFailForMissingDirectoriesFilesAndClosedOnes) {
   TempDir dir;
   WriteFile(dir / "file", "x");
+  CapturedLog log;
   for (const std::string& name : {dir / "missing", dir / "file", dir / std::string(300, 'n')}) {
     SCOPED_TRACE(name);
     std::list<std::string> names = {"stale"};
@@ -65,11 +66,18 @@ TEST(TarnFileUtilDir, ReadDirFailsForMissingDirectoriesAndFiles) {
     std::list<std::u16string> wide = {u"stale"};
     EXPECT_EQ(TarnFileUtil::ReadDir(W(name), wide), ERR_INTERNAL);
     EXPECT_TRUE(wide.empty());
+    std::vector<std::string> matches = {"stale"};
+    EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(name, ".csv", matches), ERR_INTERNAL);
+    EXPECT_TRUE(matches.empty());
+    std::vector<std::u16string> wideMatches = {u"stale"};
+    EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(W(name), u".csv", wideMatches), ERR_INTERNAL);
+    EXPECT_TRUE(wideMatches.empty());
   }
-}
+  const std::string text = log.Take();
+  EXPECT_THAT(text, HasSubstr("(DEBUG   ) ["));
+  EXPECT_THAT(text, HasSubstr("|LIBUTIL|TarnFileUtil] TarnFileUtil::ReadDir in "
+                              "TarnFileUtil::ReadDirPattern returned -1\n"));
 
-TEST(TarnFileUtilDir, ReadDirFailsWithoutPermission) {
-  TempDir dir;
   tarn_test::OpenToEveryone(dir);
   ::mkdir((dir / "closed").c_str(), 0700);
   WriteFile(dir / "closed/f", "x");
@@ -79,56 +87,35 @@ TEST(TarnFileUtilDir, ReadDirFailsWithoutPermission) {
   }));
 }
 
-TEST(TarnFileUtilDir, EndPatternIsAnExactSuffix) {
+TEST(TarnFileUtilDir, PatternsAreExactPrefixesOrSuffixes) {
   TempDir dir;
   Populate(dir);
-  std::vector<std::string> names = {"stale"};
-  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(dir.path(), ".csv", names), STATUS_OK);
-  EXPECT_THAT(Sorted(names), ElementsAre(".csv", "a.csv", "sub.csv", "with space.csv",
-                                         "\xC3\xA9t\xC3\xA9.csv"));
-  EXPECT_EQ(TarnFileUtil::ReadDirPattern(dir.path(), ".CSV", names, false), STATUS_OK);
-  EXPECT_THAT(names, ElementsAre("b.CSV"));
-  // No wildcards: "*" is an ordinary character.
-  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(dir.path(), "*.csv", names), STATUS_OK);
-  EXPECT_TRUE(names.empty());
-
-  std::vector<std::u16string> wide;
-  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(W(dir.path()), u"\u00e9.csv", wide), STATUS_OK);
-  EXPECT_THAT(wide, ElementsAre(u"\u00e9t\u00e9.csv"));
-}
-
-TEST(TarnFileUtilDir, StartPatternIsAnExactPrefix) {
-  TempDir dir;
-  Populate(dir);
+  // A pattern longer than every name matches none; an empty one matches all;
+  // no wildcards: "*" is an ordinary character.
+  struct Case { std::string pattern; bool atStart; std::vector<std::string> names; };
+  const Case cases[] = {
+      {".csv", false, {".csv", "a.csv", "sub.csv", "with space.csv", "\xC3\xA9t\xC3\xA9.csv"}},
+      {".CSV", false, {"b.CSV"}},    {"*.csv", false, {}},         {"data_", true, {"data_1.txt"}},
+      {".", true, {".csv"}},         {std::string(300, 'a'), true, {}},
+      {"", true, {".csv", "a.csv", "b.CSV", "data_1.txt", "sub.csv", "sv", "with space.csv",
+                  "x.csv.bak", "\xC3\xA9t\xC3\xA9.csv"}}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.pattern.substr(0, 20));
+    std::vector<std::string> names = {"stale"};
+    EXPECT_EQ(TarnFileUtil::ReadDirPattern(dir.path(), c.pattern, names, c.atStart), STATUS_OK);
+    EXPECT_EQ(Sorted(names), c.names);
+    std::vector<std::u16string> wide = {u"stale"};
+    EXPECT_EQ(TarnFileUtil::ReadDirPattern(W(dir.path()), W(c.pattern), wide, c.atStart), STATUS_OK);
+    EXPECT_EQ(wide.size(), c.names.size());
+  }
   std::vector<std::string> names;
   EXPECT_EQ(TarnFileUtil::ReadDirStartPattern(dir.path(), "data_", names), STATUS_OK);
   EXPECT_THAT(names, ElementsAre("data_1.txt"));
-  EXPECT_EQ(TarnFileUtil::ReadDirStartPattern(dir.path(), ".", names), STATUS_OK);
-  EXPECT_THAT(names, ElementsAre(".csv"));
-  // A pattern longer than every name matches none; an empty one matches all.
-  EXPECT_EQ(TarnFileUtil::ReadDirStartPattern(dir.path(), std::string(300, 'a'), names),
-            STATUS_OK);
-  EXPECT_TRUE(names.empty());
-  EXPECT_EQ(TarnFileUtil::ReadDirStartPattern(dir.path(), "", names), STATUS_OK);
-  EXPECT_EQ(names.size(), 9u);
   std::vector<std::u16string> wide;
   EXPECT_EQ(TarnFileUtil::ReadDirPattern(W(dir.path()), u"with", wide, true), STATUS_OK);
   EXPECT_THAT(wide, ElementsAre(u"with space.csv"));
-}
-
-TEST(TarnFileUtilDir, PatternReadersReportAndLogReadFailures) {
-  TempDir dir;
-  std::vector<std::string> names = {"stale"};
-  CapturedLog log;
-  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(dir / "missing", ".csv", names), ERR_INTERNAL);
-  EXPECT_TRUE(names.empty());
-  std::vector<std::u16string> wide = {u"stale"};
-  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(dir.Wide("missing"), u".csv", wide), ERR_INTERNAL);
-  EXPECT_TRUE(wide.empty());
-  const std::string text = log.Take();
-  EXPECT_THAT(text, HasSubstr("(DEBUG   ) ["));
-  EXPECT_THAT(text, HasSubstr("|LIBUTIL|TarnFileUtil] TarnFileUtil::ReadDir in "
-                              "TarnFileUtil::ReadDirPattern returned -1\n"));
+  EXPECT_EQ(TarnFileUtil::ReadDirEndPattern(W(dir.path()), u"\u00e9.csv", wide), STATUS_OK);
+  EXPECT_THAT(wide, ElementsAre(u"\u00e9t\u00e9.csv"));
 }
 
 TEST(TarnFileUtilDir, ListMatchingFilesUsesWildcards) {
