@@ -309,23 +309,12 @@ TEST(CsvLineWriter, LongNumberTextsNeverPassTheEndOfTheBuffer) {
         line.SetPosExpFmtSwitch(static_cast<int>(rng() % 40));
         line.SetNegExpFmtSwitch(static_cast<int>(rng() % 40));
         switch (rng() % 6) {
-        case 0:
-          line.AppendValue(x);
-          break;
-        case 1:
-          line.AppendValue(x, p);
-          break;
-        case 2:
-          line.AppendRoundedValue(x, p);
-          break;
-        case 3:
-          line.AppendValueFixedFmt(x, p);
-          break;
-        case 4:
-          line.AppendValue(static_cast<int>(rng()));
-          break;
-        default:
-          line.AppendValue(std::string(rng() % 20, 'q'));
+        case 0: line.AppendValue(x); break;
+        case 1: line.AppendValue(x, p); break;
+        case 2: line.AppendRoundedValue(x, p); break;
+        case 3: line.AppendValueFixedFmt(x, p); break;
+        case 4: line.AppendValue(static_cast<int>(rng())); break;
+        default: line.AppendValue(std::string(rng() % 20, 'q'));
         }
       } catch (const std::runtime_error&) {
       }
@@ -342,17 +331,10 @@ TEST(CsvLineWriter, GetLineTokensCutsBySeparator) {
     const char* expected;
   };
   const Case cases[] = {
-      {"a;b;c;d", ";", 0, 0, "a"},
-      {"a;b;c;d", ";", 1, 2, "b;c"},
-      {"a;b;c;d", ";", 2, 9, "c;d"},
-      {"a;b;c;d", ";", 4, 5, ""},
-      {"a;b;c;d", ";", 2, 1, ""},
-      {"a;b;c;d", ";", -3, 0, "a"},
-      {"a;;c", ";", 1, 2, ";c"},
-      {"1, 2, 3", ", ", 1, 2147483647, "2, 3"},
-      {"", ";", 0, 0, ""},
-      {"abc", "", 0, 0, "abc"},
-      {"a,b;c", ";", 0, 0, "a,b"},
+      {"a;b;c;d", ";", 0, 0, "a"},  {"a;b;c;d", ";", 1, 2, "b;c"}, {"a;b;c;d", ";", 2, 9, "c;d"},
+      {"a;b;c;d", ";", 4, 5, ""},   {"a;b;c;d", ";", 2, 1, ""},    {"a;b;c;d", ";", -3, 0, "a"},
+      {"a;;c", ";", 1, 2, ";c"},    {"1, 2, 3", ", ", 1, 2147483647, "2, 3"},
+      {"", ";", 0, 0, ""},          {"abc", "", 0, 0, "abc"},      {"a,b;c", ";", 0, 0, "a,b"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.line) + " [" + c.sep + "] " + std::to_string(c.first) + ".." +
