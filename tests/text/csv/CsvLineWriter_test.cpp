@@ -13,6 +13,8 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -38,6 +40,21 @@ double RandomFiniteDouble(std::mt19937_64& rng) {
     std::memcpy(&x, &bits, sizeof x);
     if (std::isfinite(x))
       return x;
+  }
+}
+
+// The append functions by kind; p is the string length, the integer, or the
+// digits or precision argument.
+enum Kind { kString, kChar, kInt, kFree, kDigits, kRounded, kScientific };
+void Append(CsvLineWriter& l, Kind kind, double x, int p) {
+  switch (kind) {
+  case kString: l.AppendValue(std::string(static_cast<std::size_t>(p), 'q')); break;
+  case kChar: l.AppendValue('c'); break;
+  case kInt: l.AppendValue(p); break;
+  case kFree: l.AppendValue(x); break;
+  case kDigits: l.AppendValue(x, p); break;
+  case kRounded: l.AppendRoundedValue(x, p); break;
+  case kScientific: l.AppendValueFixedFmt(x, p); break;
   }
 }
 
@@ -145,33 +162,21 @@ TEST(CsvLineWriter, NumbersNeedAFixedMinimumRoom) {
 }
 
 TEST(CsvLineWriter, EveryAppendHasItsOwnOutOfSpaceMessage) {
-  struct Case {
-    const char* name;
-    std::function<void(CsvLineWriter&)> append;
-    const char* message;
+  const std::pair<Kind, const char*> cases[] = {
+      {kString, "Out of space in the buffer while adding a string."},
+      {kChar, "Out of space in the buffer while adding a character."},
+      {kInt, "Out of space in the buffer while printing an integer."},
+      {kFree, "Out of space in the buffer while printing a double in free format."},
+      {kDigits, "Out of space in the buffer while printing a double in fixed-format."},
+      {kRounded, "Out of space in the buffer while printing a rounded double in fixed-format."},
+      {kScientific, "Out of space in the buffer while printing a double in scientific-format."},
   };
-  const std::vector<Case> cases = {
-      {"string", [](CsvLineWriter& l) { l.AppendValue(std::string("abc")); },
-       "Out of space in the buffer while adding a string."},
-      {"char", [](CsvLineWriter& l) { l.AppendValue('c'); },
-       "Out of space in the buffer while adding a character."},
-      {"int", [](CsvLineWriter& l) { l.AppendValue(1); },
-       "Out of space in the buffer while printing an integer."},
-      {"double", [](CsvLineWriter& l) { l.AppendValue(1.0); },
-       "Out of space in the buffer while printing a double in free format."},
-      {"digits", [](CsvLineWriter& l) { l.AppendValue(1.0, 8); },
-       "Out of space in the buffer while printing a double in fixed-format."},
-      {"rounded", [](CsvLineWriter& l) { l.AppendRoundedValue(1.0, 2); },
-       "Out of space in the buffer while printing a rounded double in fixed-format."},
-      {"scientific", [](CsvLineWriter& l) { l.AppendValueFixedFmt(1.0, 2); },
-       "Out of space in the buffer while printing a double in scientific-format."},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [kind, message] : cases) {
+    SCOPED_TRACE(kind);
     // Full after "xx": the separator still fits, the value does not.
     CsvLineWriter line(3, "|");
     line.AppendValue("xx");
-    EXPECT_EQ(FailureOf([&] { c.append(line); }), c.message);
+    EXPECT_EQ(FailureOf([&] { Append(line, kind, 1.0, 2); }), message);
     EXPECT_STREQ(line.GetLine(), "xx|");
     EXPECT_EQ(line.GetNumTokens(), 1u);
   }
@@ -198,33 +203,18 @@ TEST(CsvLineWriter, CutStringsKeepWhatFitted) {
 }
 
 TEST(CsvLineWriter, NanAndInfAreRefusedWhileTheFlagIsSet) {
-  struct Case {
-    const char* name;
-    std::function<void(CsvLineWriter&, double)> append;
-    const char* nan;
-    const char* inf;
-  };
-  const std::vector<Case> cases = {
-      {"free", [](CsvLineWriter& l, double x) { l.AppendValue(x); },
-       "Attempted to print a NaN-value in free format.",
-       "Attempted to print an Inf-value in free format."},
-      {"digits", [](CsvLineWriter& l, double x) { l.AppendValue(x, 10); },
-       "Attempted to print a NaN-value in fixed format.",
-       "Attempted to print an Inf-value in fixed format."},
-      {"rounded", [](CsvLineWriter& l, double x) { l.AppendRoundedValue(x, 3); },
-       "Attempted to print a NaN-value in fixed format.",
-       "Attempted to print an Inf-value in fixed format."},
-      {"scientific", [](CsvLineWriter& l, double x) { l.AppendValueFixedFmt(x, 3); },
-       "Attempted to print a NaN-value in scientific-format.",
-       "Attempted to print an Inf-value in scientific-format."},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  const std::tuple<Kind, const char*> cases[] = {
+      {kFree, "free format."}, {kDigits, "fixed format."}, {kRounded, "fixed format."},
+      {kScientific, "scientific-format."}};
+  for (const auto& [kind, format] : cases) {
+    SCOPED_TRACE(kind);
     CsvLineWriter line(100, ",");
     line.AppendValue(4);
-    EXPECT_EQ(FailureOf([&] { c.append(line, kNaN); }), c.nan);
+    EXPECT_EQ(FailureOf([&] { Append(line, kind, kNaN, 3); }),
+              std::string("Attempted to print a NaN-value in ") + format);
     EXPECT_STREQ(line.GetLine(), "4,");
-    EXPECT_EQ(FailureOf([&] { c.append(line, -kInf); }), c.inf);
+    EXPECT_EQ(FailureOf([&] { Append(line, kind, -kInf, 3); }),
+              std::string("Attempted to print an Inf-value in ") + format);
     EXPECT_STREQ(line.GetLine(), "4,,");
     EXPECT_EQ(line.GetNumTokens(), 1u);
 
@@ -232,36 +222,27 @@ TEST(CsvLineWriter, NanAndInfAreRefusedWhileTheFlagIsSet) {
     line.SetInfNanFlag(false);
     EXPECT_FALSE(line.GetInfNanFlag());
     line.AppendValue(4);
-    c.append(line, kNaN);
-    c.append(line, kInf);
-    c.append(line, -kInf);
+    for (double x : {kNaN, kInf, -kInf})
+      Append(line, kind, x, 3);
     EXPECT_STREQ(line.GetLine(), "4,NaN,Inf,Inf");
     EXPECT_EQ(line.GetNumTokens(), 1u); // deliberately not counted
   }
 }
 
 TEST(CsvLineWriter, FormatsGetTheirLayoutArguments) {
-  struct Case {
-    const char* name;
-    std::function<void(CsvLineWriter&)> append;
-    const char* text;
-  };
-  const std::vector<Case> cases = {
+  const std::tuple<Kind, double, int, const char*> cases[] = {
       // Rounded: fixed notation, exact binary value, trailing zeros trimmed.
-      {"rounded 2.675", [](CsvLineWriter& l) { l.AppendRoundedValue(2.675, 2); }, "2.67"},
-      {"rounded -0.004", [](CsvLineWriter& l) { l.AppendRoundedValue(-0.004, 2); }, "-0"},
+      {kRounded, 2.675, 2, "2.67"}, {kRounded, -0.004, 2, "-0"},
       // Scientific, digits kept.
-      {"scientific", [](CsvLineWriter& l) { l.AppendValueFixedFmt(12345.0, 2); }, "1.23e+4"},
-      {"scientific 1.5", [](CsvLineWriter& l) { l.AppendValueFixedFmt(1.5, 3); }, "1.500e+0"},
+      {kScientific, 12345.0, 2, "1.23e+4"}, {kScientific, 1.5, 3, "1.500e+0"},
       // Limited length: the field is the digits argument, no padding.
-      {"limited", [](CsvLineWriter& l) { l.AppendValue(3.14159265, 6); }, "3.1416"},
-      {"limited exp", [](CsvLineWriter& l) { l.AppendValue(123456789.0, 6); }, "1.2e+8"},
+      {kDigits, 3.14159265, 6, "3.1416"}, {kDigits, 123456789.0, 6, "1.2e+8"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [kind, x, p, text] : cases) {
+    SCOPED_TRACE(text);
     CsvLineWriter line(100, ",");
-    c.append(line);
-    EXPECT_STREQ(line.GetLine(), c.text);
+    Append(line, kind, x, p);
+    EXPECT_STREQ(line.GetLine(), text);
     EXPECT_EQ(line.GetNumTokens(), 1u);
   }
 }
@@ -308,14 +289,7 @@ TEST(CsvLineWriter, LongNumberTextsNeverPassTheEndOfTheBuffer) {
       try {
         line.SetPosExpFmtSwitch(static_cast<int>(rng() % 40));
         line.SetNegExpFmtSwitch(static_cast<int>(rng() % 40));
-        switch (rng() % 6) {
-        case 0: line.AppendValue(x); break;
-        case 1: line.AppendValue(x, p); break;
-        case 2: line.AppendRoundedValue(x, p); break;
-        case 3: line.AppendValueFixedFmt(x, p); break;
-        case 4: line.AppendValue(static_cast<int>(rng())); break;
-        default: line.AppendValue(std::string(rng() % 20, 'q'));
-        }
+        Append(line, static_cast<Kind>(rng() % 7), x, p);
       } catch (const std::runtime_error&) {
       }
       ASSERT_EQ(std::strlen(line.GetLine()), line.GetCurrentLen());
