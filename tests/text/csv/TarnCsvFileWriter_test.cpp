@@ -1,7 +1,7 @@
 //===- TarnCsvFileWriter_test.cpp - CSV lines to a file ---------------------===//
 #include "TarnUtilities/text/TarnCsvFileWriter.h"
 
-#include "text/csv/CsvTestFiles.h"
+#include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
