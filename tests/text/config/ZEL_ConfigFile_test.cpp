@@ -158,15 +158,10 @@ TEST(ZEL_ConfigFile, NulBytesAreUnknownTokens) {
   for (const Case& c : cases) {
     SCOPED_TRACE(::testing::PrintToString(c.text));
     ScratchFile file("config_nul.cfg", c.text);
-    try {
-      ZEL_ConfigFile config;
-      config.LoadFile(file.path());
-      ADD_FAILURE() << "no failure";
-    } catch (const ZEL_Failure& failure) {
-      EXPECT_EQ(failure.GetMessage(), "Unknown token in the configuration file " + file.path() +
-                                          " (line " + std::to_string(c.line) + ")");
-      EXPECT_EQ(failure.GetCode().GetCode(), "145613040507");
-    }
+    config_test::ExpectFailure([&] { ZEL_ConfigFile{}.LoadFile(file.path()); },
+                               "Unknown token in the configuration file " + file.path() +
+                                   " (line " + std::to_string(c.line) + ")",
+                               "145613040507", "[%T|%n|%P|LIBUTIL|TarnStringUtil] ");
   }
   ScratchFile comment("config_nul_comment.cfg", "a = 1 # c\0mment\n"s);
   ZEL_ConfigFile config;
