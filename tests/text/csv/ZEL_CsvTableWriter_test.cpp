@@ -3,6 +3,7 @@
 #include "TarnUtilities/text/CsvLineWriter.h"
 #include "TarnUtilities/text/ZEL_CsvFileFailure.h"
 
+#include "support/FailureOf.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -145,6 +146,20 @@ TEST(ZEL_CsvTableWriter, UnopenableFileFailsWithFileIoStatus) {
     std::unique_ptr<ZEL_Exception> clone(failure.Clone());
     EXPECT_EQ(clone->GetStatusCode(), ERR_FILE_IO);
   }
+}
+
+TEST(ZEL_CsvTableWriter, RefusedWriteFails) {
+  // /dev/full opens, and refuses the data when the file is closed.
+  if (!std::filesystem::exists("/dev/full"))
+    GTEST_SKIP() << "no /dev/full";
+  CsvLineWriter line(100, ",");
+  FillLine(line, 2);
+  ZEL_CsvTableWriter table("/dev/full", 5);
+  table.AppendCsv(line);
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(tarn_test::FailureMessage([&] { table.WriteToFile(); }),
+            "Could not write to csv-file \"/dev/full\"!");
+  ::testing::internal::GetCapturedStderr();
 }
 
 TEST(ZEL_CsvTableWriter, FailureLaterInTheSetKeepsEarlierFiles) {
