@@ -131,6 +131,7 @@ TEST(TarnCsvFileWriter, FailedWriteStillClearsTheLine) {
   csv.AppendStr(std::string(200000, 'x').c_str());
   EXPECT_FALSE(csv.FlushCsvLine());
   EXPECT_TRUE(csv.GetLineWriter().IsEmpty());
+  EXPECT_FALSE(csv.WriteLine(std::string(200000, 'y').c_str()));
   ::testing::internal::CaptureStderr();
   csv.CloseFile();
   ::testing::internal::GetCapturedStderr();
