@@ -8,6 +8,8 @@
 #ifndef TARNUTILITIES_TESTS_TEXT_CONFIGTESTSUPPORT_H
 #define TARNUTILITIES_TESTS_TEXT_CONFIGTESTSUPPORT_H
 
+#include "support/FailureOf.h"
+
 #include "TarnUtilities/logging/ZEL_Failure.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "TarnUtilities/text/ZEL_ConfigFile.h"
@@ -17,6 +19,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <sstream>
 #include <string>
 
 namespace config_test {
@@ -58,6 +61,29 @@ inline ::testing::AssertionResult DeepEqual(const ZEL_ConfigFile& a, const ZEL_C
       return item;
   }
   return ::testing::AssertionSuccess();
+}
+
+inline ZEL_ConfigFile Load(const std::string& text) {
+  ZEL_ConfigFile config;
+  config.LoadText(text.c_str(), "t.cfg");
+  return config;
+}
+
+/// What `out << x` writes, for files and items.
+template <typename T> std::string Printed(const T& x) {
+  std::ostringstream out;
+  out << x;
+  return out.str();
+}
+
+/// `run` throws a ZEL_Failure with this message, code and log header.
+template <typename Run>
+void ExpectFailure(Run&& run, const std::string& message, const char* code, const char* header) {
+  const auto failure = tarn_test::FailureOf(run);
+  ASSERT_TRUE(failure) << "no failure";
+  EXPECT_EQ(failure->GetMessage(), message);
+  EXPECT_EQ(failure->GetCode().GetCode(), code);
+  EXPECT_EQ(failure->GetHeader(), header);
 }
 
 /// What a failed load threw.

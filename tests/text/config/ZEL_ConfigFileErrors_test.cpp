@@ -18,34 +18,7 @@ const char* const kSyntaxHeader = "[%T|%n|%P|LIBUTIL|TarnStringUtil] ";
 /// An expected failure: its exact message, where '#' stands for the line
 /// number of the case, and its code.
 struct Error { const char* message; const char* code; };
-
-const Error kUnterminated = {
-    "unterminated string constant in configuration file t.cfg (line #)", "145528040507"};
-const Error kUnterminatedAtEnd = {
-    "unterminated string constant at the end of configuration file t.cfg", "145528040507"};
-const Error kNoDigits = {
-    "no digits in numerical expression of configuration file t.cfg (line #)", "145613040507"};
-const Error kUnknownToken = {"Unknown token in the configuration file t.cfg (line #)",
-                             "145613040507"};
-const Error kNoIdentifier = {
-    "no valid identifier as first token of line # in configuration file t.cfg", "145649040507"};
-const Error kRedefinedA = {"redefinition of variable a in line # of configuration file t.cfg",
-                           "145710040507"};
-const Error kMissingEquals = {"Missing = character in line # of configuration file t.cfg",
-                              "14574004052007"};
-const Error kNewlineAfterA = {
-    "expected newline after definition of a in line # of configuration file t.cfg",
-    "145802040507"};
-const Error kUnexpectedEquals = {"unexpected character = in line # of configuration file t.cfg",
-                                 "150155040507"};
-const Error kUnknownType = {
-    "unknown token type in ConfigFile class in line # of configuration file t.cfg",
-    "150155040507"};
-const Error kExpectedComma = {"expected character , in line # of configuration file t.cfg",
-                              "150111040507"};
-const Error kEndAtValue = {"unexpected end of configuration file t.cfg", "145900040507"};
-const Error kEndAfterItem = {"unexpected end of configuration file t.cfg", "145950040507"};
-const Error kEndAfterComma = {"unexpected end of configuration file t.cfg", "145920040507"};
+const char* const kEnd = "unexpected end of configuration file t.cfg";
 
 struct Case { const char* text; Error error; int line; };
 
@@ -67,26 +40,38 @@ void CheckCases(std::initializer_list<Case> cases) {
 
 // One row per message; '#' in the message stands for the line of the row.
 TEST(ZEL_ConfigFileErrors, EveryMessage) {
+  const char* const in = " in line # of configuration file t.cfg";
+  const std::string redefined = std::string("redefinition of variable a") + in;
+  const std::string unknownType = std::string("unknown token type in ConfigFile class") + in;
   CheckCases({
-      {"a = 1\n\nb = 'x\\'", kUnterminated, 3},
-      {"a = 'ab\\", kUnterminatedAtEnd, 0},
-      {"\na = 1e", kNoDigits, 2},
-      {"\n\na = $\n", kUnknownToken, 3},
+      {"a = 1\n\nb = 'x\\'", {"unterminated string constant in configuration file t.cfg (line #)",
+                              "145528040507"}, 3},
+      {"a = 'ab\\", {"unterminated string constant at the end of configuration file t.cfg",
+                     "145528040507"}, 0},
+      {"\na = 1e", {"no digits in numerical expression of configuration file t.cfg (line #)",
+                    "145613040507"}, 2},
+      {"\n\na = $\n", {"Unknown token in the configuration file t.cfg (line #)", "145613040507"}, 3},
       // A lexical error anywhere wins over a syntax error earlier in the file.
-      {"1 = 2\nb = @", kUnknownToken, 2},
-      {"\n\n= 2", kNoIdentifier, 3},
-      {"a = 1\nb = 2\na = 3", kRedefinedA, 3},
-      {"a = 1\na", kRedefinedA, 2}, // redefinition is found before the missing "="
-      {"x = 0\n\nabc", kMissingEquals, 3},
-      {"a = 1 2", kNewlineAfterA, 1},
-      {"a = [1,\n=]", kUnexpectedEquals, 2},
-      {"\na =", kUnknownType, 2},
-      {"a = [1,\n]", kUnknownType, 2},
-      {"a = [1,\n2\n3]", kExpectedComma, 3},
-      // Unbalanced brackets: three places where the tokens can run out
-      {"a = [", kEndAtValue, 0},
-      {"a = [1", kEndAfterItem, 0},
-      {"a = [1,", kEndAfterComma, 0},
+      {"1 = 2\nb = @", {"Unknown token in the configuration file t.cfg (line #)", "145613040507"}, 2},
+      {"\n\n= 2", {"no valid identifier as first token of line # in configuration file t.cfg",
+                   "145649040507"}, 3},
+      {"a = 1\nb = 2\na = 3", {redefined.c_str(), "145710040507"}, 3},
+      // Redefinition is found before the missing "=".
+      {"a = 1\na", {redefined.c_str(), "145710040507"}, 2},
+      {"x = 0\n\nabc", {"Missing = character in line # of configuration file t.cfg",
+                        "14574004052007"}, 3},
+      {"a = 1 2", {"expected newline after definition of a in line # of configuration file t.cfg",
+                   "145802040507"}, 1},
+      {"a = [1,\n=]", {"unexpected character = in line # of configuration file t.cfg",
+                       "150155040507"}, 2},
+      {"\na =", {unknownType.c_str(), "150155040507"}, 2},
+      {"a = [1,\n]", {unknownType.c_str(), "150155040507"}, 2},
+      {"a = [1,\n2\n3]", {"expected character , in line # of configuration file t.cfg",
+                          "150111040507"}, 3},
+      // Unbalanced brackets: three places where the tokens can run out.
+      {"a = [", {kEnd, "145900040507"}, 0},
+      {"a = [1", {kEnd, "145950040507"}, 0},
+      {"a = [1,", {kEnd, "145920040507"}, 0},
   });
 }
 

@@ -7,37 +7,19 @@
 
 #include <cmath>
 #include <functional>
-#include <sstream>
 #include <string>
 
 using config_test::DeepEqual;
 
 namespace {
-const char* const kItemHeader = "[%T|%n|%P|libzel_util|ZEL_ConfigFileItem] ";
-
-ZEL_ConfigFile Load(const std::string& text) {
-  ZEL_ConfigFile config;
-  config.LoadText(text.c_str(), "t.cfg");
-  return config;
-}
-
-std::string Printed(const ZEL_ConfigFileItem& item) {
-  std::ostringstream out;
-  out << item;
-  return out.str();
-}
+using config_test::Load;
+using config_test::Printed;
 
 struct Expected { const char* message; const char* code; };
 
 void ExpectFailure(const std::function<void()>& action, const Expected& expected) {
-  try {
-    action();
-    ADD_FAILURE() << "no failure";
-  } catch (const ZEL_Failure& failure) {
-    EXPECT_EQ(failure.GetMessage(), expected.message);
-    EXPECT_EQ(failure.GetCode().GetCode(), expected.code);
-    EXPECT_EQ(failure.GetHeader(), kItemHeader);
-  }
+  config_test::ExpectFailure(action, expected.message, expected.code,
+                             "[%T|%n|%P|libzel_util|ZEL_ConfigFileItem] ");
 }
 } // namespace
 

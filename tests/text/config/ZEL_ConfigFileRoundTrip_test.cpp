@@ -18,11 +18,11 @@
 #include <cstdlib>
 #include <random>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
 using config_test::DeepEqual;
+using config_test::Printed;
 
 namespace {
 
@@ -210,12 +210,6 @@ private:
   if (item.GetText() != node.text)
     return fail("text");
   return ::testing::AssertionSuccess();
-}
-
-std::string Printed(const ZEL_ConfigFile& config) {
-  std::ostringstream out;
-  config.print(out);
-  return out.str();
 }
 
 } // namespace

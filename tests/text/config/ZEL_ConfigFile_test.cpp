@@ -15,18 +15,11 @@ using config_test::DeepEqual;
 using config_test::LoadAndCatch;
 using config_test::ScratchFile;
 
-namespace {
-ZEL_ConfigFile Load(const std::string& text) {
-  ZEL_ConfigFile config;
-  config.LoadText(text.c_str(), "t.cfg");
-  return config;
-}
+using config_test::Load;
+using config_test::Printed;
 
-std::string Printed(const ZEL_ConfigFile& config) {
-  std::ostringstream out;
-  out << config;
-  return out.str();
-}
+namespace {
+const char* const kHeader = "[%T|%n|%P|libzel_util|ZEL_ConfigFile] ";
 } // namespace
 
 TEST(ZEL_ConfigFile, IntegerLimitsAndNegativeZero) {
@@ -63,14 +56,9 @@ TEST(ZEL_ConfigFile, ManyKeysAllFound) {
 
 TEST(ZEL_ConfigFile, UndefinedKeyThrows) {
   const ZEL_ConfigFile config = Load("a = 1\n");
-  try {
-    (void)config["nope"];
-    FAIL() << "no failure";
-  } catch (const ZEL_Failure& failure) {
-    EXPECT_EQ(failure.GetMessage(), "tried to access undefined configuration key nope");
-    EXPECT_EQ(failure.GetCode().GetCode(), "190715270407");
-    EXPECT_EQ(failure.GetHeader(), "[%T|%n|%P|libzel_util|ZEL_ConfigFile] ");
-  }
+  config_test::ExpectFailure([&] { (void)config["nope"]; },
+                             "tried to access undefined configuration key nope", "190715270407",
+                             kHeader);
   ZEL_ConfigFile empty;
   EXPECT_THROW(empty["a"], ZEL_Failure);
 }
@@ -117,16 +105,10 @@ TEST(ZEL_ConfigFile, PrintWritesOneLinePerDefinition) {
 TEST(ZEL_ConfigFile, MissingFileThrows) {
   const std::string name = ::testing::TempDir() + "no_such_dir/missing.cfg";
   ZEL_ConfigFile config;
-  try {
-    config.LoadFile(name);
-    FAIL() << "no failure";
-  } catch (const ZEL_Failure& failure) {
-    EXPECT_EQ(failure.GetMessage(), "Could not open the configuration file " + name +
-                                        " for reading.\nSystem error message: No such file "
-                                        "or directory");
-    EXPECT_EQ(failure.GetCode().GetCode(), "145331040507");
-    EXPECT_EQ(failure.GetHeader(), "[%T|%n|%P|libzel_util|ZEL_ConfigFile] ");
-  }
+  config_test::ExpectFailure([&] { config.LoadFile(name); },
+                             "Could not open the configuration file " + name +
+                                 " for reading.\nSystem error message: No such file or directory",
+                             "145331040507", kHeader);
   EXPECT_THROW(config.LoadFile(static_cast<const char16_t*>(nullptr)), ZEL_Failure);
   EXPECT_EQ(config.size(), 0u);
 }
@@ -176,15 +158,10 @@ TEST(ZEL_ConfigFile, NulBytesAreUnknownTokens) {
   for (const Case& c : cases) {
     SCOPED_TRACE(::testing::PrintToString(c.text));
     ScratchFile file("config_nul.cfg", c.text);
-    try {
-      ZEL_ConfigFile config;
-      config.LoadFile(file.path());
-      ADD_FAILURE() << "no failure";
-    } catch (const ZEL_Failure& failure) {
-      EXPECT_EQ(failure.GetMessage(), "Unknown token in the configuration file " + file.path() +
-                                          " (line " + std::to_string(c.line) + ")");
-      EXPECT_EQ(failure.GetCode().GetCode(), "145613040507");
-    }
+    config_test::ExpectFailure([&] { ZEL_ConfigFile{}.LoadFile(file.path()); },
+                               "Unknown token in the configuration file " + file.path() +
+                                   " (line " + std::to_string(c.line) + ")",
+                               "145613040507", "[%T|%n|%P|LIBUTIL|TarnStringUtil] ");
   }
   ScratchFile comment("config_nul_comment.cfg", "a = 1 # c\0mment\n"s);
   ZEL_ConfigFile config;

@@ -1,6 +1,5 @@
 //===- CsvLineWriter_test.cpp - One CSV line in a fixed buffer --------------===//
 #include "TarnUtilities/text/CsvLineWriter.h"
-#include "text/csv/CsvTestFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +12,8 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -30,6 +31,14 @@ std::string FailureOf(const std::function<void()>& append) {
   return "";
 }
 
+// strtod of a whole token; a token with unparsed characters fails the test.
+double ParseDouble(const std::string& token) {
+  char* end = nullptr;
+  const double x = std::strtod(token.c_str(), &end);
+  EXPECT_TRUE(!token.empty() && *end == '\0') << "not a number: '" << token << "'";
+  return x;
+}
+
 // A finite double with random bits: every exponent and mantissa shape.
 double RandomFiniteDouble(std::mt19937_64& rng) {
   for (;;) {
@@ -38,6 +47,21 @@ double RandomFiniteDouble(std::mt19937_64& rng) {
     std::memcpy(&x, &bits, sizeof x);
     if (std::isfinite(x))
       return x;
+  }
+}
+
+// The append functions by kind; p is the string length, the integer, or the
+// digits or precision argument.
+enum Kind { kString, kChar, kInt, kFree, kDigits, kRounded, kScientific };
+void Append(CsvLineWriter& l, Kind kind, double x, int p) {
+  switch (kind) {
+  case kString: l.AppendValue(std::string(static_cast<std::size_t>(p), 'q')); break;
+  case kChar: l.AppendValue('c'); break;
+  case kInt: l.AppendValue(p); break;
+  case kFree: l.AppendValue(x); break;
+  case kDigits: l.AppendValue(x, p); break;
+  case kRounded: l.AppendRoundedValue(x, p); break;
+  case kScientific: l.AppendValueFixedFmt(x, p); break;
   }
 }
 
@@ -145,33 +169,21 @@ TEST(CsvLineWriter, NumbersNeedAFixedMinimumRoom) {
 }
 
 TEST(CsvLineWriter, EveryAppendHasItsOwnOutOfSpaceMessage) {
-  struct Case {
-    const char* name;
-    std::function<void(CsvLineWriter&)> append;
-    const char* message;
+  const std::pair<Kind, const char*> cases[] = {
+      {kString, "Out of space in the buffer while adding a string."},
+      {kChar, "Out of space in the buffer while adding a character."},
+      {kInt, "Out of space in the buffer while printing an integer."},
+      {kFree, "Out of space in the buffer while printing a double in free format."},
+      {kDigits, "Out of space in the buffer while printing a double in fixed-format."},
+      {kRounded, "Out of space in the buffer while printing a rounded double in fixed-format."},
+      {kScientific, "Out of space in the buffer while printing a double in scientific-format."},
   };
-  const std::vector<Case> cases = {
-      {"string", [](CsvLineWriter& l) { l.AppendValue(std::string("abc")); },
-       "Out of space in the buffer while adding a string."},
-      {"char", [](CsvLineWriter& l) { l.AppendValue('c'); },
-       "Out of space in the buffer while adding a character."},
-      {"int", [](CsvLineWriter& l) { l.AppendValue(1); },
-       "Out of space in the buffer while printing an integer."},
-      {"double", [](CsvLineWriter& l) { l.AppendValue(1.0); },
-       "Out of space in the buffer while printing a double in free format."},
-      {"digits", [](CsvLineWriter& l) { l.AppendValue(1.0, 8); },
-       "Out of space in the buffer while printing a double in fixed-format."},
-      {"rounded", [](CsvLineWriter& l) { l.AppendRoundedValue(1.0, 2); },
-       "Out of space in the buffer while printing a rounded double in fixed-format."},
-      {"scientific", [](CsvLineWriter& l) { l.AppendValueFixedFmt(1.0, 2); },
-       "Out of space in the buffer while printing a double in scientific-format."},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [kind, message] : cases) {
+    SCOPED_TRACE(kind);
     // Full after "xx": the separator still fits, the value does not.
     CsvLineWriter line(3, "|");
     line.AppendValue("xx");
-    EXPECT_EQ(FailureOf([&] { c.append(line); }), c.message);
+    EXPECT_EQ(FailureOf([&] { Append(line, kind, 1.0, 2); }), message);
     EXPECT_STREQ(line.GetLine(), "xx|");
     EXPECT_EQ(line.GetNumTokens(), 1u);
   }
@@ -198,33 +210,18 @@ TEST(CsvLineWriter, CutStringsKeepWhatFitted) {
 }
 
 TEST(CsvLineWriter, NanAndInfAreRefusedWhileTheFlagIsSet) {
-  struct Case {
-    const char* name;
-    std::function<void(CsvLineWriter&, double)> append;
-    const char* nan;
-    const char* inf;
-  };
-  const std::vector<Case> cases = {
-      {"free", [](CsvLineWriter& l, double x) { l.AppendValue(x); },
-       "Attempted to print a NaN-value in free format.",
-       "Attempted to print an Inf-value in free format."},
-      {"digits", [](CsvLineWriter& l, double x) { l.AppendValue(x, 10); },
-       "Attempted to print a NaN-value in fixed format.",
-       "Attempted to print an Inf-value in fixed format."},
-      {"rounded", [](CsvLineWriter& l, double x) { l.AppendRoundedValue(x, 3); },
-       "Attempted to print a NaN-value in fixed format.",
-       "Attempted to print an Inf-value in fixed format."},
-      {"scientific", [](CsvLineWriter& l, double x) { l.AppendValueFixedFmt(x, 3); },
-       "Attempted to print a NaN-value in scientific-format.",
-       "Attempted to print an Inf-value in scientific-format."},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  const std::tuple<Kind, const char*> cases[] = {
+      {kFree, "free format."}, {kDigits, "fixed format."}, {kRounded, "fixed format."},
+      {kScientific, "scientific-format."}};
+  for (const auto& [kind, format] : cases) {
+    SCOPED_TRACE(kind);
     CsvLineWriter line(100, ",");
     line.AppendValue(4);
-    EXPECT_EQ(FailureOf([&] { c.append(line, kNaN); }), c.nan);
+    EXPECT_EQ(FailureOf([&] { Append(line, kind, kNaN, 3); }),
+              std::string("Attempted to print a NaN-value in ") + format);
     EXPECT_STREQ(line.GetLine(), "4,");
-    EXPECT_EQ(FailureOf([&] { c.append(line, -kInf); }), c.inf);
+    EXPECT_EQ(FailureOf([&] { Append(line, kind, -kInf, 3); }),
+              std::string("Attempted to print an Inf-value in ") + format);
     EXPECT_STREQ(line.GetLine(), "4,,");
     EXPECT_EQ(line.GetNumTokens(), 1u);
 
@@ -232,36 +229,27 @@ TEST(CsvLineWriter, NanAndInfAreRefusedWhileTheFlagIsSet) {
     line.SetInfNanFlag(false);
     EXPECT_FALSE(line.GetInfNanFlag());
     line.AppendValue(4);
-    c.append(line, kNaN);
-    c.append(line, kInf);
-    c.append(line, -kInf);
+    for (double x : {kNaN, kInf, -kInf})
+      Append(line, kind, x, 3);
     EXPECT_STREQ(line.GetLine(), "4,NaN,Inf,Inf");
     EXPECT_EQ(line.GetNumTokens(), 1u); // deliberately not counted
   }
 }
 
 TEST(CsvLineWriter, FormatsGetTheirLayoutArguments) {
-  struct Case {
-    const char* name;
-    std::function<void(CsvLineWriter&)> append;
-    const char* text;
-  };
-  const std::vector<Case> cases = {
+  const std::tuple<Kind, double, int, const char*> cases[] = {
       // Rounded: fixed notation, exact binary value, trailing zeros trimmed.
-      {"rounded 2.675", [](CsvLineWriter& l) { l.AppendRoundedValue(2.675, 2); }, "2.67"},
-      {"rounded -0.004", [](CsvLineWriter& l) { l.AppendRoundedValue(-0.004, 2); }, "-0"},
+      {kRounded, 2.675, 2, "2.67"}, {kRounded, -0.004, 2, "-0"},
       // Scientific, digits kept.
-      {"scientific", [](CsvLineWriter& l) { l.AppendValueFixedFmt(12345.0, 2); }, "1.23e+4"},
-      {"scientific 1.5", [](CsvLineWriter& l) { l.AppendValueFixedFmt(1.5, 3); }, "1.500e+0"},
+      {kScientific, 12345.0, 2, "1.23e+4"}, {kScientific, 1.5, 3, "1.500e+0"},
       // Limited length: the field is the digits argument, no padding.
-      {"limited", [](CsvLineWriter& l) { l.AppendValue(3.14159265, 6); }, "3.1416"},
-      {"limited exp", [](CsvLineWriter& l) { l.AppendValue(123456789.0, 6); }, "1.2e+8"},
+      {kDigits, 3.14159265, 6, "3.1416"}, {kDigits, 123456789.0, 6, "1.2e+8"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [kind, x, p, text] : cases) {
+    SCOPED_TRACE(text);
     CsvLineWriter line(100, ",");
-    c.append(line);
-    EXPECT_STREQ(line.GetLine(), c.text);
+    Append(line, kind, x, p);
+    EXPECT_STREQ(line.GetLine(), text);
     EXPECT_EQ(line.GetNumTokens(), 1u);
   }
 }
@@ -293,9 +281,9 @@ TEST(CsvLineWriter, LongNumberTextsNeverPassTheEndOfTheBuffer) {
   large.AppendValue(1e300);
   ASSERT_EQ(large.GetNumTokens(), 4u);
   EXPECT_EQ(large.GetLineTokens(0, 0).size(), 102u);
-  EXPECT_NEAR(csvtest::ParseDouble(large.GetLineTokens(0, 0)), 3e-30, 1e-100);
-  EXPECT_EQ(csvtest::ParseDouble(large.GetLineTokens(1, 1)), 1e300);
-  EXPECT_EQ(csvtest::ParseDouble(large.GetLineTokens(2, 2)), -1.0 / 3.0);
+  EXPECT_NEAR(ParseDouble(large.GetLineTokens(0, 0)), 3e-30, 1e-100);
+  EXPECT_EQ(ParseDouble(large.GetLineTokens(1, 1)), 1e300);
+  EXPECT_EQ(ParseDouble(large.GetLineTokens(2, 2)), -1.0 / 3.0);
   EXPECT_EQ(large.GetLineTokens(3, 3), "1" + std::string(300, '0') + ".0");
   // Random appends into random small lines: the sanitizer build checks the
   // bounds, the test checks the line stays a proper C string.
@@ -308,25 +296,7 @@ TEST(CsvLineWriter, LongNumberTextsNeverPassTheEndOfTheBuffer) {
       try {
         line.SetPosExpFmtSwitch(static_cast<int>(rng() % 40));
         line.SetNegExpFmtSwitch(static_cast<int>(rng() % 40));
-        switch (rng() % 6) {
-        case 0:
-          line.AppendValue(x);
-          break;
-        case 1:
-          line.AppendValue(x, p);
-          break;
-        case 2:
-          line.AppendRoundedValue(x, p);
-          break;
-        case 3:
-          line.AppendValueFixedFmt(x, p);
-          break;
-        case 4:
-          line.AppendValue(static_cast<int>(rng()));
-          break;
-        default:
-          line.AppendValue(std::string(rng() % 20, 'q'));
-        }
+        Append(line, static_cast<Kind>(rng() % 7), x, p);
       } catch (const std::runtime_error&) {
       }
       ASSERT_EQ(std::strlen(line.GetLine()), line.GetCurrentLen());
@@ -342,17 +312,10 @@ TEST(CsvLineWriter, GetLineTokensCutsBySeparator) {
     const char* expected;
   };
   const Case cases[] = {
-      {"a;b;c;d", ";", 0, 0, "a"},
-      {"a;b;c;d", ";", 1, 2, "b;c"},
-      {"a;b;c;d", ";", 2, 9, "c;d"},
-      {"a;b;c;d", ";", 4, 5, ""},
-      {"a;b;c;d", ";", 2, 1, ""},
-      {"a;b;c;d", ";", -3, 0, "a"},
-      {"a;;c", ";", 1, 2, ";c"},
-      {"1, 2, 3", ", ", 1, 2147483647, "2, 3"},
-      {"", ";", 0, 0, ""},
-      {"abc", "", 0, 0, "abc"},
-      {"a,b;c", ";", 0, 0, "a,b"},
+      {"a;b;c;d", ";", 0, 0, "a"},  {"a;b;c;d", ";", 1, 2, "b;c"}, {"a;b;c;d", ";", 2, 9, "c;d"},
+      {"a;b;c;d", ";", 4, 5, ""},   {"a;b;c;d", ";", 2, 1, ""},    {"a;b;c;d", ";", -3, 0, "a"},
+      {"a;;c", ";", 1, 2, ";c"},    {"1, 2, 3", ", ", 1, 2147483647, "2, 3"},
+      {"", ";", 0, 0, ""},          {"abc", "", 0, 0, "abc"},      {"a,b;c", ";", 0, 0, "a,b"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.line) + " [" + c.sep + "] " + std::to_string(c.first) + ".." +
@@ -373,7 +336,7 @@ TEST(CsvLineWriter, SetValueAndSetListStartOver) {
   line.SetValue(2.5);
   EXPECT_STREQ(line.GetLine(), "2.5");
   line.SetValue(0.25, 8);
-  EXPECT_EQ(csvtest::ParseDouble(line.GetLine()), 0.25);
+  EXPECT_EQ(ParseDouble(line.GetLine()), 0.25);
   EXPECT_EQ(line.GetNumTokens(), 1u);
 
   line.SetList(std::vector<int>{1, -2, 3});

@@ -1,7 +1,7 @@
 //===- TarnCsvFileWriter_test.cpp - CSV lines to a file ---------------------===//
 #include "TarnUtilities/text/TarnCsvFileWriter.h"
 
-#include "text/csv/CsvTestFiles.h"
+#include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
@@ -131,6 +131,7 @@ TEST(TarnCsvFileWriter, FailedWriteStillClearsTheLine) {
   csv.AppendStr(std::string(200000, 'x').c_str());
   EXPECT_FALSE(csv.FlushCsvLine());
   EXPECT_TRUE(csv.GetLineWriter().IsEmpty());
+  EXPECT_FALSE(csv.WriteLine(std::string(200000, 'y').c_str()));
   ::testing::internal::CaptureStderr();
   csv.CloseFile();
   ::testing::internal::GetCapturedStderr();

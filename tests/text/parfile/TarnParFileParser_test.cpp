@@ -168,11 +168,12 @@ TEST_F(ParFileParserTest, IncludesAreReadAtTheirPlace) {
 }
 
 TEST_F(ParFileParserTest, IncludeProblemsAreWarnings) {
-  dir.Write("main.par", "include, missing.par\ninclude\ninclude, \"unterminated\nincludes, x.par\n"
-                        "CMD\na = 1\nEND_\n");
+  dir.Write("main.par", "include, missing.par\ninclude, " + dir / "gone.par" +
+                            "\ninclude\ninclude, \"unterminated\nincludes, x.par\nCMD\na = 1\nEND_\n");
   EXPECT_EQ(Read(dir.Wide("main.par"), "cmd"), (Blocks{{{"a", "1"}}}));
   EXPECT_THAT(log.Messages("WARNING"),
               ElementsAre("Include file \"missing.par\" not found",
+                          "Include file \"" + dir / "gone.par" + "\" not found",
                           "'include' command syntax error (include)",
                           "'include' command syntax error (include, \"unterminated)"));
 }

@@ -137,20 +137,13 @@ long RandomCount() {
 
 } // namespace
 
-TEST(ShortestDigits, EveryPowerOfTwoAndItsNeighbours) {
+TEST(ShortestDigits, EveryPowerOfTwoAndTenAndItsNeighbours) {
   FloatingPointFormatter fmt;
   for (int e = -1074; e <= 1023; ++e) {
     SCOPED_TRACE(e);
     CheckAround(std::ldexp(1.0, e), fmt);
-  }
-}
-
-TEST(ShortestDigits, EveryPowerOfTenAndItsNeighbours) {
-  FloatingPointFormatter fmt;
-  for (int e = -323; e <= 308; ++e) {
-    SCOPED_TRACE(e);
-    const std::string text = "1e" + std::to_string(e);
-    CheckAround(std::strtod(text.c_str(), nullptr), fmt);
+    if (e >= -323 && e <= 308)
+      CheckAround(std::strtod(("1e" + std::to_string(e)).c_str(), nullptr), fmt);
   }
 }
 
@@ -218,8 +211,8 @@ TEST(ShortestDigits, RandomBitPatternsMatchTheOracle) {
 // short expansions, fixed point, 128-bit integers and big numbers), digit
 // for digit, where they decide differently: exact ties and their
 // neighbours, values on an interval's end (integers beside multiples of
-// powers of ten), short decimals, subnormals, the extremes, and random bit
-// patterns.
+// powers of ten), short decimals, subnormals and the extremes (random bit
+// patterns go through the fast path against the oracle above).
 TEST(ShortestDigits, FastPathAgreesWithTheExactPath) {
   const auto agree = [](double x) {
     const tarn_detail::BinaryValue v = tarn_detail::DecomposeDouble(x);
@@ -265,24 +258,11 @@ TEST(ShortestDigits, FastPathAgreesWithTheExactPath) {
     }
   }
   {
-    SCOPED_TRACE("subnormals, the extremes, powers of two and ten");
+    SCOPED_TRACE("subnormals and the extremes");
     for (uint64_t b = 1; b < 3000; ++b) {
       ASSERT_TRUE(agree(FromBits(b))) << b;
       ASSERT_TRUE(agree(FromBits(0x7FEFFFFFFFFFFFFFULL - b))) << b;
       ASSERT_TRUE(agree(FromBits((rng() & 0x000FFFFFFFFFFFFFULL) | 1))) << b;
-    }
-    for (int e = -1074; e <= 1023; ++e)
-      ASSERT_TRUE(agreeAround(std::ldexp(1.0, e))) << e;
-    for (int e = -323; e <= 308; ++e)
-      ASSERT_TRUE(agreeAround(std::strtod(("1e" + std::to_string(e)).c_str(), nullptr))) << e;
-  }
-  {
-    SCOPED_TRACE("random bit patterns");
-    for (long i = 0, n = RandomCount() / 4; i < n; ++i) {
-      const double x = FromBits(rng());
-      if (std::isfinite(x) && x != 0) {
-        ASSERT_TRUE(agree(x)) << std::hexfloat << x;
-      }
     }
   }
 }

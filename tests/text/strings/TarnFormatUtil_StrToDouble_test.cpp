@@ -208,6 +208,39 @@ TEST(TarnFormatUtilStrToDouble, NearHalfwayCasesMatchStrtod) {
   ExpectAllSameAsStrtod(texts);
 }
 
+// The same texts judged by where they lie, without strtod: the exact
+// midpoint of x and its successor is a tie (to the even mantissa), one unit
+// beyond it rounds up, one unit short and every cut of 17 or more digits
+// (below the midpoint, above x) round down; padded beyond 800 digits with
+// zeros and a final 1 it rounds up. Above the largest double the successor
+// is 2^1024: its midpoint overflows to infinity, the bits after its own.
+TEST(TarnFormatUtilStrToDouble, NearHalfwayTextsRoundByWhereTheyLie) {
+  std::mt19937_64 rng(2024);
+  std::vector<std::uint64_t> picks = {0, 1, 2, 0x000FFFFFFFFFFFFE, 0x000FFFFFFFFFFFFF,
+                                      0x0010000000000000, 0x3FEFFFFFFFFFFFFF, 0x3FF0000000000000,
+                                      0x433FFFFFFFFFFFFF, 0x4340000000000000, 0x7FEFFFFFFFFFFFFF};
+  for (int i = 0; i < Runs(200); ++i)
+    picks.push_back(rng() % 0x7FF0000000000000ULL);
+  const auto read = [](const std::string& text) {
+    const char* end = nullptr;
+    const std::uint64_t bits = Bits(TarnFormatUtil::str_to_double(text.c_str(), &end));
+    return *end == '\0' ? bits : ~0ULL;
+  };
+  for (std::uint64_t b : picks) {
+    const std::string mid = ExactMidpointText(FromBits(b));
+    SCOPED_TRACE(mid.substr(0, 30));
+    const std::size_t e = mid.find('e');
+    EXPECT_EQ(read(mid), b + (b & 1));
+    EXPECT_EQ(read(NudgeLastDigit(mid, +1)), b + 1);
+    EXPECT_EQ(read(NudgeLastDigit(mid, -1)), b);
+    EXPECT_EQ(read(mid.substr(0, e) + "00001" + mid.substr(e)), b + 1);
+    for (int digits = 17; digits <= 40; digits += 1 + static_cast<int>(rng() % 8))
+      if (mid.find_first_not_of('0', static_cast<std::size_t>(digits) + 1) < e) { // a real cut
+        EXPECT_EQ(read(CutDigits(mid, digits)), b) << digits;
+      }
+  }
+}
+
 TEST(TarnFormatUtilStrToDouble, InputsOf800DigitsMatchStrtod) {
   std::mt19937_64 rng(800);
   std::vector<std::string> texts;
@@ -268,20 +301,12 @@ TEST(TarnFormatUtilStrToDouble, SubnormalAndOverflowBoundaries) {
   const double maxSub = FromBits(0x000FFFFFFFFFFFFFULL);
   struct Case { std::string text; double value; };
   const std::vector<Case> cases = {
-      // Around half the smallest subnormal, 2^-1075 (a tie: rounds to 0).
-      {ExactMidpointText(0.0), 0.0},
-      {NudgeLastDigit(ExactMidpointText(0.0), +1), minSub},
+      // The exact midpoints are in NearHalfwayTextsRoundByWhereTheyLie.
       {"2.4703282292062328e-324", minSub},
       {"7.4109846876186982e-324", 2 * minSub}, // 1.5 * minSub rounds to even
-      // Between the largest subnormal and the smallest normal.
-      {ExactMidpointText(maxSub), DBL_MIN},
-      {NudgeLastDigit(ExactMidpointText(maxSub), -1), maxSub},
+      {"2.2250738585072011e-308", maxSub},
       {"2.2250738585072014e-308", DBL_MIN},
-      // Around the largest double; its midpoint with 2^1024 rounds up (the
-      // largest double has an odd mantissa) and so overflows.
       {"1.7976931348623158e308", DBL_MAX},
-      {ExactMidpointText(DBL_MAX), HUGE_VAL},
-      {NudgeLastDigit(ExactMidpointText(DBL_MAX), -1), DBL_MAX},
       {"179769313486231580793728971405301e276", DBL_MAX},
       {"1e309", HUGE_VAL},
       {"10e307", 1e308},
@@ -299,6 +324,11 @@ TEST(TarnFormatUtilStrToDouble, PowersOfTenOverTheWholeRange) {
     const std::string exponent = "e" + std::to_string(e);
     for (const char* mantissa : {"1", "9", "5", "2.5", "9.999999999999999999999", "4.94065645841246544"})
       texts.push_back(mantissa + exponent);
+    // Up to 19 digits around 2^53, on both sides of the fast paths' limits.
+    if (e % 3 == 0 && e >= -30 && e <= 30)
+      for (const char* w : {"9007199254740991", "9007199254740993", "9007199254740995",
+                            "9999999999999999999", "1000000000000000001", "18014398509481985"})
+        texts.push_back(w + exponent);
   }
   ExpectAllSameAsStrtod(texts);
 }

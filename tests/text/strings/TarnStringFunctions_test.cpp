@@ -11,15 +11,11 @@
 TEST(TarnStringFunctions, FirstWord) {
   struct Case { const char* s; std::size_t pos; const char* word; };
   const Case cases[] = {
-      {"abc def", 0, "abc"},
+      {"abc def", 0, "abc"}, {"  abc def", 0, "abc"}, {"ab cd,ef", 3, "cd"}, {"", 0, ""},
+      {"abc", 99, ""}, {"a,b c", 0, "a"},
       {"abcdefgh", 2, "cdef"}, // without a delimiter the count s.size()-pos is the end
-      {"  abc def", 0, "abc"},
-      {"ab cd,ef", 3, "cd"},
       {"abc def", 4, "def"},   // the end falls before the start: to the end
       {"abc def", 3, ""},      // the space is skipped, end 4 - start 4
-      {"", 0, ""},
-      {"abc", 99, ""},
-      {"a,b c", 0, "a"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << '"' << c.s << "\" at " << c.pos);

@@ -14,8 +14,10 @@
 #include <climits>
 #include <cstdio>
 #include <limits>
+#include <initializer_list>
 #include <random>
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -63,61 +65,39 @@ TEST(TarnStringUtilIntegers, ListsEndWithASpace) {
   EXPECT_EQ(TarnStringUtil::String(static_cast<const int*>(nullptr), 3), "");
 }
 
-TEST(TarnStringUtilIntegers, ToIntLenientRules) {
-  struct Case { const char* in; int value; ZelStatusCode status; };
-  const Case cases[] = {
-      {"  -42xyz", -42, STATUS_OK},
-      {"+", 0, STATUS_OK},   // a lone sign counts as read
-      {" -x", 0, STATUS_OK},
-      {"+-3", 0, STATUS_OK},
-      {"abc", 0, ERR_NOT_FOUND},
-      {"", 0, ERR_NOT_FOUND},
-      {" \t\n\v\f\r", 0, ERR_NOT_FOUND},
-      {"\t\n\v\f\r 7", 7, STATUS_OK},
-      {"007", 7, STATUS_OK},
-      {"0x1F", 0, STATUS_OK},
-      {"\xB2", 0, ERR_NOT_FOUND}, // high bytes are not digits
-      {"4\xD9\xA3", 4, STATUS_OK},
-      {"\x1C" "5", 0, ERR_NOT_FOUND}, // 0x1C is not blank
-      // Wrap-around in 32 bits
-      {"2147483648", INT_MIN, STATUS_OK},
-      {"4294967295", -1, STATUS_OK},
-      {"4294967296", 0, STATUS_OK},
-      {"-4294967297", -1, STATUS_OK},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::PrintToString(std::string(c.in)));
-    int out = 99;
-    EXPECT_EQ(TarnStringUtil::ToInt(std::string(c.in), out), c.status);
-    EXPECT_EQ(out, c.value);
+// Both std::string and C string forms; a lone sign counts as read, high
+// bytes and 0x1C are no digits or blanks, and values wrap around.
+template <class T>
+void ExpectLenientReads(ZelStatusCode (*fromString)(const std::string&, T&),
+                        ZelStatusCode (*fromChars)(const char*, T&),
+                        std::initializer_list<std::tuple<const char*, T, ZelStatusCode>> cases) {
+  for (const auto& [in, value, status] : cases) {
+    SCOPED_TRACE(testing::PrintToString(std::string(in)));
+    T out = 99;
+    EXPECT_EQ(fromString(in, out), status);
+    EXPECT_EQ(out, value);
     out = 99;
-    EXPECT_EQ(TarnStringUtil::ToInt(c.in, out), c.status);
-    EXPECT_EQ(out, c.value);
+    EXPECT_EQ(fromChars(in, out), status);
+    EXPECT_EQ(out, value);
   }
-  int out = 99;
-  EXPECT_EQ(TarnStringUtil::ToInt(static_cast<const char*>(nullptr), out), ERR_NOT_FOUND);
+  T out = 99;
+  EXPECT_EQ(fromChars(nullptr, out), ERR_NOT_FOUND);
   EXPECT_EQ(out, 0);
 }
 
-TEST(TarnStringUtilIntegers, ToInt64LenientRules) {
-  struct Case { const char* in; std::int64_t value; ZelStatusCode status; };
-  const Case cases[] = {
-      {"  -42xyz", -42, STATUS_OK},
-      {"+", 0, STATUS_OK},
-      {"", 0, ERR_NOT_FOUND},
-      {"9223372036854775808", INT64_MIN, STATUS_OK},
-      {"18446744073709551615", -1, STATUS_OK},
-      {"18446744073709551616", 0, STATUS_OK},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.in);
-    std::int64_t out = 99;
-    EXPECT_EQ(TarnStringUtil::ToInt64(std::string(c.in), out), c.status);
-    EXPECT_EQ(out, c.value);
-    out = 99;
-    EXPECT_EQ(TarnStringUtil::ToInt64(c.in, out), c.status);
-    EXPECT_EQ(out, c.value);
-  }
+TEST(TarnStringUtilIntegers, ToIntAndToInt64LenientRules) {
+  using TSU = TarnStringUtil;
+  ExpectLenientReads<int>(TSU::ToInt, TSU::ToInt, {
+      {"  -42xyz", -42, STATUS_OK}, {"+", 0, STATUS_OK}, {" -x", 0, STATUS_OK},
+      {"+-3", 0, STATUS_OK}, {"abc", 0, ERR_NOT_FOUND}, {"", 0, ERR_NOT_FOUND},
+      {" \t\n\v\f\r", 0, ERR_NOT_FOUND}, {"\t\n\v\f\r 7", 7, STATUS_OK}, {"007", 7, STATUS_OK},
+      {"0x1F", 0, STATUS_OK}, {"\xB2", 0, ERR_NOT_FOUND}, {"4\xD9\xA3", 4, STATUS_OK},
+      {"\x1C" "5", 0, ERR_NOT_FOUND}, {"2147483648", INT_MIN, STATUS_OK},
+      {"4294967295", -1, STATUS_OK}, {"4294967296", 0, STATUS_OK}, {"-4294967297", -1, STATUS_OK}});
+  ExpectLenientReads<std::int64_t>(TSU::ToInt64, TSU::ToInt64, {
+      {"  -42xyz", -42, STATUS_OK}, {"+", 0, STATUS_OK}, {"", 0, ERR_NOT_FOUND},
+      {"9223372036854775808", INT64_MIN, STATUS_OK}, {"18446744073709551615", -1, STATUS_OK},
+      {"18446744073709551616", 0, STATUS_OK}});
 }
 
 TEST(TarnStringUtilIntegers, RandomValuesAgreeWithFromChars) {

@@ -51,13 +51,10 @@ TEST(TarnStringUtilQuote, ExtendWithItselfAsAffix) {
 TEST(TarnStringUtilQuote, TruncateKeepsClosingQuote) {
   struct Case { const char* in; std::size_t n; const char* out; };
   const Case cases[] = {
-      {"\"abcdef\"", 5, "\"abc\""},
-      {"\"abcdef\"", 8, "\"abcdef\""}, // not longer than n: unchanged
-      {"\"abcdef\"", 0, ""},
-      {"\"abcdef\"", 1, "\""},
-      {"\"abc", 2, "\"a"},             // not quoted: plain cut
-      {"\"\"", 1, "\""},               // length 2 does not count as quoted
-      {"'abcd'", 4, "'ab'"},
+      // Not longer than n: unchanged; not quoted: a plain cut; length 2
+      // does not count as quoted.
+      {"\"abcdef\"", 5, "\"abc\""}, {"\"abcdef\"", 8, "\"abcdef\""}, {"\"abcdef\"", 0, ""},
+      {"\"abcdef\"", 1, "\""}, {"\"abc", 2, "\"a"}, {"\"\"", 1, "\""}, {"'abcd'", 4, "'ab'"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << c.in << " to " << c.n);

@@ -26,10 +26,7 @@ TEST(TarnStringUtilSplit, SplitWithTrimming) {
 TEST(TarnStringUtilSplit, SplitWithoutTrimming) {
   struct Case { std::string in; const char* seps; std::vector<std::string> tokens; };
   const Case cases[] = {
-      {"", ",", {}},
-      {"abc", ",", {"abc"}},
-      {"abc", "", {"abc"}},
-      {"abc", nullptr, {"abc"}},
+      {"", ",", {}}, {"abc", ",", {"abc"}}, {"abc", "", {"abc"}}, {"abc", nullptr, {"abc"}},
       {std::string("a b\0c d", 7), " ", {"a", "b"}}, // the text ends at NUL
   };
   for (const Case& c : cases) {
@@ -58,16 +55,11 @@ TEST(TarnStringUtilSplit, RandomTextsAgreeWithBruteForce) {
 TEST(TarnStringUtilSplit, SplitPairSkipsOneCharacter) {
   struct Case { std::string in, sep, first, second; ZelStatusCode status; };
   const Case cases[] = {
-      {"key==value", "==", "key", "=value", STATUS_OK},
-      {"a::b::c", "::", "a", ":b::c", STATUS_OK},
-      {"a=b", "=", "a", "b", STATUS_OK},
-      {"a=b=c", "=", "a", "b=c", STATUS_OK},
-      {"=x", "=", "", "x", STATUS_OK},
-      {"x=", "=", "x", "", STATUS_OK},
-      {"abc", "=", "abc", "", ERR_NOT_FOUND},
-      {"", "=", "", "", ERR_NOT_FOUND},
-      {"abc", "", "abc", "", ERR_NOT_FOUND},
-      {"a=b", "==", "a=b", "", ERR_NOT_FOUND},
+      {"key==value", "==", "key", "=value", STATUS_OK}, {"a::b::c", "::", "a", ":b::c", STATUS_OK},
+      {"a=b", "=", "a", "b", STATUS_OK},   {"a=b=c", "=", "a", "b=c", STATUS_OK},
+      {"=x", "=", "", "x", STATUS_OK},     {"x=", "=", "x", "", STATUS_OK},
+      {"abc", "=", "abc", "", ERR_NOT_FOUND}, {"", "=", "", "", ERR_NOT_FOUND},
+      {"abc", "", "abc", "", ERR_NOT_FOUND}, {"a=b", "==", "a=b", "", ERR_NOT_FOUND},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.in + " / " + c.sep);

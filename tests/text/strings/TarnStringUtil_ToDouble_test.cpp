@@ -11,16 +11,10 @@ namespace {
 TEST(TarnStringUtilToDouble, SkipsBlanksAndIgnoresTrailingText) {
   struct Case { const char* text; double value; ZelStatusCode status; };
   const Case cases[] = {
-      {"  -2e3", -2000.0, STATUS_OK},
-      {"\t\n\v\f\r 0.1xyz", 0.1, STATUS_OK},
-      {" 7 8", 7.0, STATUS_OK},
-      {"1e", 1.0, STATUS_OK},
-      {" Inf", HUGE_VAL, STATUS_OK},
-      {"-1e999", -HUGE_VAL, STATUS_OK},
-      {"", 0.0, ERR_NOT_FOUND},
-      {"+", 0.0, ERR_NOT_FOUND},
-      {" -.", 0.0, ERR_NOT_FOUND},
-      {"e5", 0.0, ERR_NOT_FOUND},
+      {"  -2e3", -2000.0, STATUS_OK}, {"\t\n\v\f\r 0.1xyz", 0.1, STATUS_OK},
+      {" 7 8", 7.0, STATUS_OK},      {"1e", 1.0, STATUS_OK},   {" Inf", HUGE_VAL, STATUS_OK},
+      {"-1e999", -HUGE_VAL, STATUS_OK}, {"", 0.0, ERR_NOT_FOUND}, {"+", 0.0, ERR_NOT_FOUND},
+      {" -.", 0.0, ERR_NOT_FOUND},   {"e5", 0.0, ERR_NOT_FOUND},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string("text '") + c.text + "'");

@@ -25,22 +25,13 @@ TEST(TarnUtfUtil, CodepointLengthOfEveryByte) {
 TEST(TarnUtfUtil, ValidityChecksStructureOnly) {
   struct Case { std::string text; bool valid; };
   const Case cases[] = {
-      {"", true},
-      {"\xC3\xA9", true},
-      {"\xF0\x9F\x98\x80", true},
-      // Structurally fine although a strict decoder rejects them
-      {"\xC0\x80", true},          // overlong
-      {"\xED\xA0\x80", true},      // encoded surrogate
-      {"\xF4\x90\x80\x80", true},  // above U+10FFFF
-      // Bad continuation or cut short
-      {"\xC3\x41", false},
-      {"\xE2\x82", false},
-      {"\xE2\x82\xAC\xC3", false},
-      // Bytes that cannot lead a sequence
-      {"\x80", false},
-      {"\xC3\xA9\xA9", false},
-      {"\xF8\x80\x80\x80\x80", false},
-      {std::string("\0\xC3\xA9", 3), true},
+      {"", true}, {"\xC3\xA9", true}, {"\xF0\x9F\x98\x80", true}, {std::string("\0\xC3\xA9", 3), true},
+      // Structurally fine although a strict decoder rejects them: overlong,
+      // an encoded surrogate, above U+10FFFF.
+      {"\xC0\x80", true}, {"\xED\xA0\x80", true}, {"\xF4\x90\x80\x80", true},
+      // Bad continuation or cut short; bytes that cannot lead a sequence.
+      {"\xC3\x41", false}, {"\xE2\x82", false}, {"\xE2\x82\xAC\xC3", false},
+      {"\x80", false}, {"\xC3\xA9\xA9", false}, {"\xF8\x80\x80\x80\x80", false},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.text));
