@@ -1,21 +1,22 @@
 //===- bench_format.cpp - Free format against peer shortest printers ------===//
 //
-// Formats 10^6 random finite doubles (random bit patterns) and a set of short
-// doubles (0.1, 1.5, 12345.0, ...) with FloatingPointFormatter::WriteFreeFormat,
-// std::to_chars (shortest), Dragonbox (when found) and snprintf("%.17g").
-// items_per_second is the figure to compare (its inverse is the time per
-// value); docs/performance.md gives the ratios.
+// Prints each set of bench/NumberSets.h (random bit patterns, uniform [0, 1),
+// hundredths) with FloatingPointFormatter::WriteFreeFormat, std::to_chars
+// (shortest; libstdc++'s Ryu) and, when its package is installed, Dragonbox
+// (jkj::dragonbox::to_chars_n, a benchmark peer only). One iteration prints
+// the whole set of 10^6 values. After the table the program prints, per set,
+// our median time divided by each peer's (below 1 means we are faster).
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/text/FloatingPointFormatter.h"
 
+#include "NumberSets.h"
+#include "RatioReporter.h"
+
 #include <benchmark/benchmark.h>
 
 #include <charconv>
-#include <cmath>
-#include <cstdio>
-#include <cstring>
-#include <random>
+#include <string>
 #include <vector>
 
 #ifdef TARN_HAVE_DRAGONBOX
@@ -24,36 +25,9 @@
 
 namespace {
 
-const std::vector<double>& RandomDoubles() {
-  static const std::vector<double> values = [] {
-    std::vector<double> v;
-    v.reserve(1000000);
-    std::mt19937_64 rng(12345);
-    while (v.size() < 1000000) {
-      const uint64_t b = rng();
-      double d;
-      std::memcpy(&d, &b, sizeof d);
-      if (std::isfinite(d))
-        v.push_back(d);
-    }
-    return v;
-  }();
-  return values;
-}
-
-const std::vector<double>& ShortDoubles() {
-  static const std::vector<double> values = [] {
-    const double base[] = {0.1, 1.5, 12345.0, 0.25, 3.75, 100.0, 2.5e-3, 42.0, 0.001, 7.125};
-    std::vector<double> v;
-    for (int i = 0; i < 100000; ++i)
-      v.push_back(base[i % 10]);
-    return v;
-  }();
-  return values;
-}
-
-template <class Write>
-void Run(benchmark::State& state, const std::vector<double>& values, Write write) {
+template <class Write> void Run(benchmark::State& state, Write write) {
+  const int set = static_cast<int>(state.range(0));
+  const std::vector<double>& values = tarnbench::NumberSet(set);
   char buf[FloatingPointFormatter::FREE_FORMAT_BUFFER_SIZE];
   size_t total = 0;
   for (auto _ : state) {
@@ -65,6 +39,7 @@ void Run(benchmark::State& state, const std::vector<double>& values, Write write
   }
   benchmark::DoNotOptimize(total);
   state.SetItemsProcessed(static_cast<int64_t>(values.size()) * state.iterations());
+  state.SetLabel(tarnbench::NumberSetName(set));
 }
 
 const FloatingPointFormatter& Formatter() {
@@ -72,39 +47,48 @@ const FloatingPointFormatter& Formatter() {
   return f;
 }
 
-char* Ours(char* buf, double x) { return Formatter().WriteFreeFormat(buf, x); }
-char* ToChars(char* buf, double x) {
-  return std::to_chars(buf, buf + FloatingPointFormatter::FREE_FORMAT_BUFFER_SIZE, x).ptr;
+void BM_WriteFreeFormat(benchmark::State& s) {
+  Run(s, [](char* buf, double x) { return Formatter().WriteFreeFormat(buf, x); });
 }
-char* Printf17g(char* buf, double x) { return buf + std::snprintf(buf, 32, "%.17g", x); }
+
+void BM_ToChars(benchmark::State& s) {
+  Run(s, [](char* buf, double x) {
+    return std::to_chars(buf, buf + FloatingPointFormatter::FREE_FORMAT_BUFFER_SIZE, x).ptr;
+  });
+}
+
 #ifdef TARN_HAVE_DRAGONBOX
-char* Dragonbox(char* buf, double x) { return jkj::dragonbox::to_chars_n(x, buf); }
+void BM_Dragonbox(benchmark::State& s) {
+  Run(s, [](char* buf, double x) { return jkj::dragonbox::to_chars_n(x, buf); });
+}
 #endif
 
-void BM_Random_Tarn(benchmark::State& s) { Run(s, RandomDoubles(), Ours); }
-void BM_Random_ToChars(benchmark::State& s) { Run(s, RandomDoubles(), ToChars); }
-void BM_Random_Snprintf17g(benchmark::State& s) { Run(s, RandomDoubles(), Printf17g); }
-void BM_Short_Tarn(benchmark::State& s) { Run(s, ShortDoubles(), Ours); }
-void BM_Short_ToChars(benchmark::State& s) { Run(s, ShortDoubles(), ToChars); }
-void BM_Short_Snprintf17g(benchmark::State& s) { Run(s, ShortDoubles(), Printf17g); }
+void Sets(benchmark::internal::Benchmark* b) {
+  b->ArgName("set")->DenseRange(0, tarnbench::kNumberSetCount - 1)->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(BM_WriteFreeFormat)->Apply(Sets);
+BENCHMARK(BM_ToChars)->Apply(Sets);
 #ifdef TARN_HAVE_DRAGONBOX
-void BM_Random_Dragonbox(benchmark::State& s) { Run(s, RandomDoubles(), Dragonbox); }
-void BM_Short_Dragonbox(benchmark::State& s) { Run(s, ShortDoubles(), Dragonbox); }
+BENCHMARK(BM_Dragonbox)->Apply(Sets);
 #endif
+
+std::vector<tarnbench::RatioPair> OursOverPeers() {
+  std::vector<tarnbench::RatioPair> pairs;
+  for (int set = 0; set < tarnbench::kNumberSetCount; ++set) {
+    const std::string arg = "/set:" + std::to_string(set);
+    const std::string name = tarnbench::NumberSetName(set);
+    pairs.emplace_back("BM_WriteFreeFormat" + arg, "BM_ToChars" + arg, name + ", target <= 1.0");
+    pairs.emplace_back("BM_WriteFreeFormat" + arg, "BM_Dragonbox" + arg, name + ", target <= 1.2");
+  }
+  return pairs;
+}
 
 } // namespace
 
-BENCHMARK(BM_Random_Tarn)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Random_ToChars)->Unit(benchmark::kMillisecond);
-#ifdef TARN_HAVE_DRAGONBOX
-BENCHMARK(BM_Random_Dragonbox)->Unit(benchmark::kMillisecond);
-#endif
-BENCHMARK(BM_Random_Snprintf17g)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Short_Tarn)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Short_ToChars)->Unit(benchmark::kMillisecond);
-#ifdef TARN_HAVE_DRAGONBOX
-BENCHMARK(BM_Short_Dragonbox)->Unit(benchmark::kMillisecond);
-#endif
-BENCHMARK(BM_Short_Snprintf17g)->Unit(benchmark::kMillisecond);
-
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  return tarnbench::RunWithRatios(argc, argv, OursOverPeers(), [] {
+    for (int set = 0; set < tarnbench::kNumberSetCount; ++set)
+      tarnbench::NumberSet(set);
+  });
+}

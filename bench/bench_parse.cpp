@@ -1,106 +1,34 @@
 //===- bench_parse.cpp - Decimal text to double ------------------------------===//
 //
 // TarnFormatUtil::str_to_double against glibc's strtod, std::from_chars
-// (libstdc++) and fast_float::from_chars, on three sets of texts:
-//   Random17  - 10^6 doubles of random bit patterns (every exponent), "%.17g"
-//   Uniform17 - 10^6 doubles uniform in [0, 1), "%.17g"
-//   Short     - 10^6 short texts such as "0.1", "1.5", "12345.0"
-// Each iteration reads the whole set; items/s counts texts. After the table
-// the program prints the ratio of each peer's median time to ours, in real
-// and in CPU time (above 1 means we are faster). On a shared machine the CPU
-// time is the steadier of the two.
+// (libstdc++) and fast_float::from_chars, on the shortest texts (written by
+// std::to_chars) of the three sets of bench/NumberSets.h: random bit
+// patterns, uniform [0, 1) and hundredths. Each iteration reads the whole set
+// of 10^6 texts; items/s counts texts. After the table the program prints,
+// per set, our median time divided by each peer's (below 1 means we are
+// faster), in real and in CPU time. On a shared machine the CPU time is the
+// steadier of the two.
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/text/TarnFormatUtil.h"
 
+#include "NumberSets.h"
 #include "RatioReporter.h"
 
 #include <benchmark/benchmark.h>
 #include <fast_float/fast_float.h>
 
 #include <charconv>
-#include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <random>
 #include <string>
 #include <vector>
 
 namespace {
 
-constexpr std::size_t kTexts = 1000000;
-
-// All texts back to back, each NUL-terminated, with their starts and ends.
-struct TextSet {
-  std::string storage;
-  std::vector<std::size_t> offsets;
-  std::vector<const char*> begins;
-  std::vector<const char*> ends;
-
-  void Add(const char* text) {
-    offsets.push_back(storage.size());
-    storage += text;
-    storage += '\0';
-  }
-  void Finish() {
-    for (std::size_t off : offsets) {
-      begins.push_back(storage.data() + off);
-      ends.push_back(storage.data() + off + std::strlen(storage.data() + off));
-    }
-  }
-};
-
-TextSet MakeRandom17() {
-  TextSet set;
-  std::mt19937_64 rng(17);
-  char buf[40];
-  while (set.offsets.size() < kTexts) {
-    const std::uint64_t bits = rng();
-    double x;
-    std::memcpy(&x, &bits, sizeof x);
-    if (!std::isfinite(x))
-      continue;
-    std::snprintf(buf, sizeof buf, "%.17g", x);
-    set.Add(buf);
-  }
-  set.Finish();
-  return set;
-}
-
-TextSet MakeUniform17() {
-  TextSet set;
-  std::mt19937_64 rng(1);
-  std::uniform_real_distribution<double> unit(0.0, 1.0);
-  char buf[40];
-  for (std::size_t i = 0; i < kTexts; ++i) {
-    std::snprintf(buf, sizeof buf, "%.17g", unit(rng));
-    set.Add(buf);
-  }
-  set.Finish();
-  return set;
-}
-
-TextSet MakeShort() {
-  static const char* const kShort[] = {"0.1",   "1.5",  "12345.0", "2.5",    "100",
-                                       "0.001", "3.75", "-42.0",   "1e5",    "0.25",
-                                       "7",     "9.81", "1000.0",  "-0.5",   "123.456",
-                                       "2e-3"};
-  TextSet set;
-  for (std::size_t i = 0; i < kTexts; ++i)
-    set.Add(kShort[i % (sizeof kShort / sizeof kShort[0])]);
-  set.Finish();
-  return set;
-}
-
-const TextSet& Set(int which) {
-  static const TextSet sets[] = {MakeRandom17(), MakeUniform17(), MakeShort()};
-  return sets[which];
-}
-
 template <class Parse> void RunOver(benchmark::State& state, Parse parse) {
-  const TextSet& set = Set(static_cast<int>(state.range(0)));
+  const int which = static_cast<int>(state.range(0));
+  const tarnbench::TextSet& set = tarnbench::NumberTexts(which);
   for (auto _ : state) {
     double sum = 0;
     for (std::size_t i = 0; i < set.begins.size(); ++i)
@@ -108,6 +36,7 @@ template <class Parse> void RunOver(benchmark::State& state, Parse parse) {
     benchmark::DoNotOptimize(sum);
   }
   state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * set.begins.size()));
+  state.SetLabel(tarnbench::NumberSetName(which));
 }
 
 void BM_StrToDouble(benchmark::State& state) {
@@ -135,7 +64,7 @@ void BM_FastFloat(benchmark::State& state) {
 }
 
 void SetNames(benchmark::internal::Benchmark* b) {
-  b->ArgName("set")->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+  b->ArgName("set")->DenseRange(0, tarnbench::kNumberSetCount - 1)->Unit(benchmark::kMillisecond);
 }
 
 BENCHMARK(BM_StrToDouble)->Apply(SetNames);
@@ -143,19 +72,24 @@ BENCHMARK(BM_Strtod)->Apply(SetNames);
 BENCHMARK(BM_StdFromChars)->Apply(SetNames);
 BENCHMARK(BM_FastFloat)->Apply(SetNames);
 
-
-// The peer's median time divided by ours, for every peer on every set
-// (set 0 Random17, 1 Uniform17, 2 Short).
-std::vector<tarnbench::RatioPair> PeersOverOurs() {
+// Our median time divided by every peer's, on every set.
+std::vector<tarnbench::RatioPair> OursOverPeers() {
   std::vector<tarnbench::RatioPair> pairs;
-  for (int set = 0; set < 3; ++set) {
-    const std::string suffix = "/set:" + std::to_string(set);
-    for (const char* peer : {"BM_Strtod", "BM_StdFromChars", "BM_FastFloat"})
-      pairs.emplace_back(peer + suffix, "BM_StrToDouble" + suffix);
+  for (int set = 0; set < tarnbench::kNumberSetCount; ++set) {
+    const std::string arg = "/set:" + std::to_string(set);
+    const std::string name = tarnbench::NumberSetName(set);
+    pairs.emplace_back("BM_StrToDouble" + arg, "BM_Strtod" + arg, name);
+    pairs.emplace_back("BM_StrToDouble" + arg, "BM_StdFromChars" + arg, name);
+    pairs.emplace_back("BM_StrToDouble" + arg, "BM_FastFloat" + arg, name + ", target <= 1.0");
   }
   return pairs;
 }
 
 } // namespace
 
-int main(int argc, char** argv) { return tarnbench::RunWithRatios(argc, argv, PeersOverOurs()); }
+int main(int argc, char** argv) {
+  return tarnbench::RunWithRatios(argc, argv, OursOverPeers(), [] {
+    for (int set = 0; set < tarnbench::kNumberSetCount; ++set)
+      tarnbench::NumberTexts(set);
+  });
+}

@@ -3,7 +3,9 @@
 // TarnStringTokenizer::SplitLine and TarnStringUtil::Split against a plain
 // std::string::find split and std::istringstream splitting (and, for a set
 // of several separators, SplitLine against find_first_of), and
-// TarnStringUtil::ToInt against std::from_chars and strtol. Every program
+// TarnStringUtil::ToInt against std::from_chars and strtol, and
+// TarnStringUtil::String(double) against std::to_chars into a std::string
+// on the value sets of bench/NumberSets.h. Every program
 // prints, after the usual table, the ratio of each peer's median time to
 // ours (above 1 means we are faster), in real and in CPU time. Read the CPU
 // time: on a shared machine the wall-clock time also counts the waits for a
@@ -13,6 +15,7 @@
 #include "TarnUtilities/text/TarnStringTokenizer.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 
+#include "NumberSets.h"
 #include "RatioReporter.h"
 
 #include <benchmark/benchmark.h>
@@ -184,6 +187,32 @@ void BM_Strtol(benchmark::State& state) {
 }
 BENCHMARK(BM_Strtol);
 
+// ------------------------------------------------------- doubles to strings
+
+// String(double) on every value of a set; the peer builds the same kind of
+// std::string from std::to_chars's shortest text.
+template <class ToString> void DoublesToStrings(benchmark::State& state, ToString toString) {
+  const std::vector<double>& values = tarnbench::NumberSet(static_cast<int>(state.range(0)));
+  for (auto _ : state)
+    for (double x : values)
+      benchmark::DoNotOptimize(toString(x));
+  state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * values.size()));
+  state.SetLabel(tarnbench::NumberSetName(static_cast<int>(state.range(0))));
+}
+
+void BM_StringDouble(benchmark::State& state) {
+  DoublesToStrings(state, [](double x) { return TarnStringUtil::String(x); });
+}
+BENCHMARK(BM_StringDouble)->ArgName("set")->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
+
+void BM_ToCharsString(benchmark::State& state) {
+  DoublesToStrings(state, [](double x) {
+    char buf[32];
+    return std::string(buf, std::to_chars(buf, buf + sizeof buf, x).ptr);
+  });
+}
+BENCHMARK(BM_ToCharsString)->ArgName("set")->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -195,5 +224,8 @@ int main(int argc, char** argv) {
                                    {"BM_FindSplit", "BM_TarnSplit"},
                                    {"BM_IstringstreamSplit", "BM_TarnSplit"},
                                    {"BM_FromChars", "BM_ToInt"},
-                                   {"BM_Strtol", "BM_ToInt"}});
+                                   {"BM_Strtol", "BM_ToInt"},
+                                   {"BM_ToCharsString/set:0", "BM_StringDouble/set:0"},
+                                   {"BM_ToCharsString/set:1", "BM_StringDouble/set:1"},
+                                   {"BM_ToCharsString/set:2", "BM_StringDouble/set:2"}});
 }

@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
-"""Writes src/text/strings/Pow5Table128.inc: 5^q for q = -342 ... 308 as 128-bit
-significands, used by the fast path of the decimal reader.
+"""Writes src/text/strings/Pow5Table128.inc: 5^q for q = -342 ... 326 as 128-bit
+significands, used by the fast paths of the decimal reader (q up to 308) and
+of the shortest-digit printer (10^k for k = -290 ... 326 has the same
+significand as 5^k).
 
 Every entry T(q) lies in [2^127, 2^128) and satisfies
 
@@ -14,7 +16,7 @@ Usage: scripts/gen_pow5_table.py > src/text/strings/Pow5Table128.inc
 """
 
 MIN_Q = -342
-MAX_Q = 308
+MAX_Q = 326
 
 
 def entry(q):

@@ -11,6 +11,10 @@
 #include "TarnUtilities/container/ZEL_DoubleArray.h"
 #include "TarnUtilities/container/ZEL_IntArray.h"
 
+#include "TarnUtilities/geometry/TarnCoordinateSystem.h"
+#include "TarnUtilities/geometry/ZEL_TransformationMatrix.h"
+#include "TarnUtilities/geometry/ZEL_SearchTree3D.h"
+
 #include "TarnUtilities/logging/ZEL_ApplicationTerminator.h"
 #include "TarnUtilities/logging/ZEL_Assert.h"
 #include "TarnUtilities/logging/ZEL_Backtrace.h"
@@ -28,8 +32,15 @@
 
 #include "TarnUtilities/math/TarnAlgorithmUtil.h"
 #include "TarnUtilities/math/TarnBigInteger.h"
+#include "TarnUtilities/math/TarnMathUtil.h"
 #include "TarnUtilities/math/TarnMatrix.h"
+#include "TarnUtilities/math/TarnUtilFullMatrix.h"
+#include "TarnUtilities/math/TarnUtilSparseMatrix.h"
 #include "TarnUtilities/math/TarnVectorUtil.h"
+#include "TarnUtilities/math/ZEL_Algebra.h"
+#include "TarnUtilities/math/ZEL_PrecArith.h"
+
+#include "TarnUtilities/numerics/KMeansPlusPlus1D.h"
 
 #include "TarnUtilities/system/TarnApplicationUtil.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
@@ -42,6 +53,7 @@
 #include "TarnUtilities/text/TarnCsvFileWriter.h"
 #include "TarnUtilities/text/TarnFloatUtil.h"
 #include "TarnUtilities/text/TarnFormatUtil.h"
+#include "TarnUtilities/text/TarnPackedCStrPool.h"
 #include "TarnUtilities/text/TarnParCommand.h"
 #include "TarnUtilities/text/TarnParFile.h"
 #include "TarnUtilities/text/TarnParFileLine.h"
@@ -49,8 +61,10 @@
 #include "TarnUtilities/text/TarnParSubCommand.h"
 #include "TarnUtilities/text/TarnStringFunctions.h"
 #include "TarnUtilities/text/TarnStringTokenizer.h"
+#include "TarnUtilities/text/TarnStringsPool.h"
 #include "TarnUtilities/text/TarnStringUtil.h"
 #include "TarnUtilities/text/TarnUtfUtil.h"
+#include "TarnUtilities/text/Tarn_SP_STRING_ID.h"
 #include "TarnUtilities/text/ZEL_ConfigFile.h"
 #include "TarnUtilities/text/ZEL_ConfigFileItem.h"
 #include "TarnUtilities/text/ZEL_CsvFileFailure.h"

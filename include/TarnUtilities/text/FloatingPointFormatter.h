@@ -75,7 +75,9 @@ public:
   ///   0.015 => "0.015"     0.0015 => "1.5e-3"
   ///   0.0001 => "0.0001" (one digit: bounded by the positive switch)
   /// NaN and infinities are written as "NaN", "Inf" and "-Inf".
-  /// buf needs FREE_FORMAT_BUFFER_SIZE characters.
+  /// buf needs FREE_FORMAT_BUFFER_SIZE characters; the text and its
+  /// terminator may be shorter than the characters changed, which are never
+  /// more than max(25, length + 1).
   char* WriteFreeFormat(char* buf, double x) const;
 
   /// x rounded exactly to `precision` decimals, ties to even (as printf's

@@ -17,12 +17,6 @@ namespace {
 
 __extension__ typedef unsigned __int128 U128;
 
-// 10^0 ... 10^22: every one is exactly a double (5^22 < 2^53).
-constexpr double kExactPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                  1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr std::int64_t kMaxExactPow10 = 22;
-
 // 5^0 ... 5^27: every one fits in 63 bits (5^27 < 2^63).
 constexpr std::uint64_t kPow5U64[] = {1ULL,
                                       5ULL,
@@ -54,21 +48,6 @@ constexpr std::uint64_t kPow5U64[] = {1ULL,
                                       7450580596923828125ULL};
 constexpr std::int64_t kMaxPow5U64 = 27;
 
-struct Pow5Significand {
-  std::uint64_t hi;
-  std::uint64_t lo;
-};
-
-// T(q) = floor(5^q * 2^-t(q)) in [2^127, 2^128), t(q) = floor(q*log2(5)) - 127:
-// exact for 0 <= q <= 55, strictly below the true value otherwise.
-constexpr Pow5Significand kPow5Table[] = {
-#include "text/strings/Pow5Table128.inc"
-};
-static_assert(sizeof kPow5Table / sizeof kPow5Table[0] == kMaxPow5 - kMinPow5 + 1,
-              "one table entry per decimal exponent");
-
-constexpr std::uint64_t kTwoPow53 = std::uint64_t(1) << 53;
-
 // Magnitudes whose first significant digit has a decimal exponent beyond
 // these bounds need no arithmetic: 10^309 exceeds the largest double, and
 // everything below 10^-324 lies under half the smallest subnormal (2^-1075,
@@ -88,71 +67,7 @@ std::uint64_t ToBits(double d) {
   return bits;
 }
 
-// Converts w <= 2^53 exactly; going through int64_t lets the compiler use one
-// signed conversion instruction instead of the unsigned sequence.
-inline double AsDouble(std::uint64_t w) { return static_cast<double>(static_cast<std::int64_t>(w)); }
-
 } // namespace
-
-bool ClingerFastPath(std::uint64_t w, std::int64_t q, double& out) {
-  if (w > kTwoPow53 || q < -kMaxExactPow10)
-    return false;
-  if (q < 0) {
-    out = AsDouble(w) / kExactPow10[-q];
-    return true;
-  }
-  if (q > kMaxExactPow10) {
-    // w * 10^(q-22) may still be an exact integer below 2^53.
-    const std::int64_t extra = q - kMaxExactPow10;
-    if (extra > 15)
-      return false;
-    const std::uint64_t limit = kTwoPow53 / static_cast<std::uint64_t>(kExactPow10[extra]);
-    if (w > limit)
-      return false;
-    w *= static_cast<std::uint64_t>(kExactPow10[extra]);
-    q = kMaxExactPow10;
-  }
-  out = AsDouble(w) * kExactPow10[q];
-  return true;
-}
-
-bool EiselLemire(std::uint64_t w, std::int64_t q, std::uint64_t& bits) {
-  const int lz = __builtin_clzll(w);
-  w <<= lz;
-  const Pow5Significand& t = kPow5Table[q - kMinPow5];
-  // P = w * T (192 bits); (hi, lo) are its top 128 bits. The exact product
-  // w * 5^q * 2^-t(q) lies in [P, P + 2^64) when T is cut. For 0 <= q <= 27,
-  // 5^q < 2^63 is held exactly in t.hi (t.lo is zero), so w * t.hi is the
-  // exact product: ties and exact values are then known as such.
-  U128 first = static_cast<U128>(w) * t.hi;
-  std::uint64_t hi = static_cast<std::uint64_t>(first >> 64);
-  std::uint64_t lo = static_cast<std::uint64_t>(first);
-  const bool exact = q >= 0 && q <= kMaxPow5U64;
-  // With only the first product, the unknown part below can still add one
-  // to hi. That matters only when the 9 lowest bits of hi (always below the
-  // rounding bit) are all ones; then the second product narrows the unknown
-  // part to at most one unit of lo.
-  if ((hi & 0x1FF) == 0x1FF && t.lo != 0) {
-    const std::uint64_t add = static_cast<std::uint64_t>((static_cast<U128>(w) * t.lo) >> 64);
-    lo += add;
-    hi += (lo < add);
-  }
-  // value ~ hi * 2^b
-  const std::int64_t b = 1 + FloorLog2Pow10(q) - lz;
-  const RoundingCut cut = CutFor(hi, b);
-  if (!exact && cut.dropped <= 65) {
-    // A carry from below reaches the rounding bit only when every bit below
-    // it, in hi and in lo, is one.
-    const std::uint64_t ones = ~std::uint64_t(0);
-    if (LowBits(hi, cut.dropped - 1) == LowBits(ones, cut.dropped - 1) && lo == ones)
-      return false;
-  }
-  // When T is cut, the exact value has bits below the rounding bit that are
-  // not all zero: if they were, the product (strictly below it) would show
-  // all ones there and the test above would have declined.
-  bits = RoundToDoubleBits(hi, b, exact ? lo != 0 : true);
-  return true;
-}
 
 bool ExactDyadic(std::uint64_t w, std::int64_t q, std::uint64_t& bits) {
   if (q >= 0 || q < -kMaxPow5U64 || w % kPow5U64[-q] != 0)

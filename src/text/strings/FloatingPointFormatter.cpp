@@ -8,7 +8,7 @@
 #include "TarnUtilities/text/FloatingPointFormatter.h"
 
 #include "ExactDecimal.h"
-#include "ShortestDigitsInternal.h"
+#include "ShortestDecimal.h"
 
 #include <algorithm>
 #include <cmath>
@@ -77,23 +77,23 @@ char* PutExponent(char* p, int exp, FloatingPointFormatter::ExponentStyle style)
   return p;
 }
 
-/// Writes n <= 24 characters of src with a few fixed-size copies that may
-/// overlap (no call to memcpy for a length known only at run time).
+/// Writes n <= 24 characters of src with two fixed-size copies that may
+/// overlap (no loop, no call to memcpy for a length known only at run time).
 char* PutFew(char* p, const char* src, int n) {
   if (n >= 8) {
-    if (n > 16) {
+    if (n > 16)
       std::memcpy(p, src, 16);
-    } else {
+    else
       std::memcpy(p, src, 8);
-    }
-    const int tail = n - 8;
-    std::memcpy(p + tail, src + tail, 8);
+    std::memcpy(p + n - 8, src + n - 8, 8);
   } else if (n >= 4) {
     std::memcpy(p, src, 4);
     std::memcpy(p + n - 4, src + n - 4, 4);
-  } else {
-    for (int i = 0; i < n; ++i)
-      p[i] = src[i];
+  } else if (n >= 2) {
+    std::memcpy(p, src, 2);
+    std::memcpy(p + n - 2, src + n - 2, 2);
+  } else if (n == 1) {
+    *p = *src;
   }
   return p + n;
 }
@@ -137,44 +137,141 @@ void FloatingPointFormatter::InitBignums() { tarn_detail::InitPow5Bignums(); }
 // Free format
 //===----------------------------------------------------------------------===//
 
-char* FloatingPointFormatter::WriteFreeFormat(char* buf, double x) const {
-  char* p = buf;
-  if (!std::isfinite(x)) {
-    p = PutNonFinite(p, x);
-    *p = '\0';
-    return p;
-  }
-  if (std::signbit(x))
-    *p++ = '-';
-  DecimalDigits d;
-  Shortest(x, d);
-  const int n = d.count;
-  const int k = d.exponent;
-  const char* dig = d.digits;
-  const int maxSig = DOUBLE_MAX_NUM_SIGNIFICAND;
-  if (k > 0 && k <= m_PosExpFmtSwitch) {
+namespace {
+
+/// The free layout of the digits d1..dn of d1.d2...dn * 10^k (see
+/// WriteFreeFormat) after the sign.
+char* PutFreeLayout(char* p, const char* dig, int n, int k, int posSwitch, int negSwitch) {
+  if (k > 0 && k <= posSwitch) {
     // Rules for n >= 2 and n == 1 agree on the positive side.
     if (n <= k + 1) {
       p = PutFew(p, dig, n);
       p = PutChars(p, '0', k + 1 - n);
-      p = Put(p, ".0", 2);
-    } else {
-      // k + 1 < n <= 17 digits before the point, the rest after it.
-      p = PutFew(p, dig, k + 1);
-      *p++ = '.';
-      p = PutFew(p, dig + k + 1, n - k - 1);
+      return Put(p, ".0", 2);
     }
-  } else if (k < 0 && n - k <= maxSig &&
-             -k <= (n >= 2 ? m_NegExpFmtSwitch : m_PosExpFmtSwitch)) {
+    // k + 1 < n <= 17 digits before the point, the rest after it.
+    p = PutFew(p, dig, k + 1);
+    *p++ = '.';
+    return PutFew(p, dig + k + 1, n - k - 1);
+  }
+  if (k < 0 && n - k <= FloatingPointFormatter::DOUBLE_MAX_NUM_SIGNIFICAND &&
+      -k <= (n >= 2 ? negSwitch : posSwitch)) {
     // A single digit is bounded by the positive switch on purpose.
     p = Put(p, "0.", 2);
     p = PutChars(p, '0', -k - 1);
-    p = PutFew(p, dig, n);
-  } else {
-    p = PutMantissa(p, dig, n);
-    if (k != 0)
-      p = PutExponent(p, k, EXP_LOWER);
+    return PutFew(p, dig, n);
   }
+  p = PutMantissa(p, dig, n);
+  return k != 0 ? PutExponent(p, k, FloatingPointFormatter::EXP_LOWER) : p;
+}
+
+} // namespace
+
+namespace {
+
+/// The digits of the exponents 0 to 324 without leading zeros, each
+/// followed by NUL bytes up to four characters: "5", "12", "308".
+struct ExponentTexts {
+  char text[325][4];
+  constexpr ExponentTexts() : text() {
+    for (int a = 0; a < 325; ++a) {
+      int i = 0;
+      if (a >= 100)
+        text[a][i++] = static_cast<char>('0' + a / 100);
+      if (a >= 10)
+        text[a][i++] = static_cast<char>('0' + a / 10 % 10);
+      text[a][i] = static_cast<char>('0' + a % 10);
+    }
+  }
+};
+constexpr ExponentTexts kExponentTexts;
+
+/// Writes "e", the sign and the digits of a decimal exponent (|exp| <= 324)
+/// and a terminator with three fixed-size stores; returns the end of the
+/// text, before the terminator.
+char* PutShortExponent(char* p, int exp) {
+  const unsigned a = static_cast<unsigned>(exp < 0 ? -exp : exp);
+  p[0] = 'e';
+  p[1] = exp < 0 ? '-' : '+';
+  std::memcpy(p + 2, kExponentTexts.text[a], 4);
+  return p + 3 + (a >= 10) + (a >= 100);
+}
+
+void Store16(char* p, tarn_detail::UInt128 x) { std::memcpy(p, &x, 16); }
+
+/// The free layout from digits in registers, with 16-character stores. It
+/// writes nothing beyond p + 24 (p + k + 18 at most for positional text
+/// with 1 <= k <= 6, p + 24 for the exponent form), so the caller checks
+/// k against 6 and -6 first (the default switches are 4 and 2).
+char* PutFreeLayoutFast(char* p, const tarn_detail::DigitRegisters& d, bool positional) {
+  const int n = d.count, k = d.exponent;
+  if (positional && k > 0) {
+    p[0] = d.first;
+    Store16(p + 1, d.rest); // with '0' characters beyond the digits
+    if (n <= k + 1) {
+      std::memcpy(p + k + 1, ".0", 2);
+      return p + k + 3;
+    }
+    // The digits after the point move one place up.
+    Store16(p + k + 2, d.rest >> (8 * k));
+    p[k + 1] = '.';
+    return p + n + 1;
+  }
+  if (positional) {
+    std::memcpy(p, "0.000000", 8); // "0." and up to six zeros
+    p[1 - k] = d.first;
+    Store16(p + 2 - k, d.rest);
+    return p + 1 - k + n;
+  }
+  p[0] = d.first;
+  p[1] = '.';
+  Store16(p + 2, d.rest);
+  p = n == 1 ? p + 3 : p + n + 1; // "d.0": the '0' is already there
+  return k != 0 ? PutShortExponent(p, k) : p;
+}
+
+} // namespace
+
+char* FloatingPointFormatter::WriteFreeFormat(char* buf, double x) const {
+  uint64_t bits;
+  std::memcpy(&bits, &x, sizeof bits);
+  char* p = buf;
+  const uint64_t magnitude = bits & ~(uint64_t(1) << 63);
+  const uint64_t infinity = uint64_t(0x7FF) << 52;
+  if (magnitude >= infinity) {
+    p = PutNonFinite(p, x);
+    *p = '\0';
+    return p;
+  }
+  if (bits != magnitude)
+    *p++ = '-';
+  tarn_detail::DecimalValue fast;
+  tarn_detail::DigitRegisters regs;
+  if (magnitude != 0 && tarn_detail::ShortestDecimalFast(tarn_detail::DecomposeDoubleBits(bits), fast) &&
+      tarn_detail::DigitsInRegisters(fast.m, fast.exponent, regs)) {
+    const int n = regs.count, k = regs.exponent;
+    const bool aboveOne = k > 0 && k <= m_PosExpFmtSwitch;
+    // A single digit is bounded by the positive switch on purpose.
+    const bool belowOne = k < 0 && n - k <= DOUBLE_MAX_NUM_SIGNIFICAND &&
+                          -k <= (n >= 2 ? m_NegExpFmtSwitch : m_PosExpFmtSwitch);
+    if ((!aboveOne || k <= 6) && (!belowOne || k >= -6)) {
+      p = PutFreeLayoutFast(p, regs, aboveOne || belowOne);
+      *p = '\0';
+      return p;
+    }
+  }
+  // Everything else: the digits in a buffer (from either path), laid out
+  // with copies of their exact lengths.
+  char text[24];
+  tarn_detail::DigitRun run;
+  DecimalDigits d;
+  if (magnitude != 0 && tarn_detail::ShortestDecimalFast(tarn_detail::DecomposeDoubleBits(bits), fast)) {
+    run = tarn_detail::SignificantDigits(text, fast.m, fast.exponent);
+  } else {
+    Shortest(x, d);
+    run = {d.digits, d.count, d.exponent};
+  }
+  p = PutFreeLayout(p, run.first, run.count, run.exponent, m_PosExpFmtSwitch, m_NegExpFmtSwitch);
   *p = '\0';
   return p;
 }

@@ -89,6 +89,9 @@ double TarnFormatUtil::str_to_double(const char* s, const char** end) {
       *end = s;
     return 0.0;
   }
+  double value;
+  if (TarnFormatDetail::ReadDoubleQuick(s, end, value))
+    return value;
   return TarnFormatDetail::ReadDouble(s, end);
 }
 

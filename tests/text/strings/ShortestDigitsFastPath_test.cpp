@@ -1,7 +1,10 @@
 //===- ShortestDigitsFastPath_test.cpp - Fast paths against big numbers ---===//
 //
 // Oracle: the big-number generator, which runs the digit loop exactly. The
-// inputs aim at the places where the fast paths decide differently from it:
+// subject: the exact path's shortcuts (short expansions, 128-bit fixed point
+// and integers; the one-product fast path before them is compared with the
+// whole exact path in ShortestDigits_test.cpp). The inputs aim at the places
+// where the shortcuts decide differently from the big numbers:
 // digits ending in runs of zeros or nines (where several digits are settled
 // at once), values just beside short decimals (remainders next to a digit
 // boundary), exact short decimals and integers (read off their expansion,
@@ -30,7 +33,7 @@ std::string Text(const DecimalDigits& d) {
 /// Empty when both generators agree on v, else both results.
 std::string Compare(const BinaryValue& v) {
   DecimalDigits fast, big;
-  tarn_detail::ShortestDigits(v, fast);
+  tarn_detail::ShortestDigitsExact(v, fast);
   tarn_detail::ShortestDigitsBignum(v, big);
   if (fast.count == big.count && fast.exponent == big.exponent &&
       std::memcmp(fast.digits, big.digits, static_cast<size_t>(big.count)) == 0)

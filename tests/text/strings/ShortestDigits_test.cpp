@@ -213,3 +213,76 @@ TEST(ShortestDigits, RandomBitPatternsMatchTheOracle) {
   }
 }
 
+
+// The one-product fast path against the exact path (the digit generator on
+// short expansions, fixed point, 128-bit integers and big numbers), digit
+// for digit, where they decide differently: exact ties and their
+// neighbours, values on an interval's end (integers beside multiples of
+// powers of ten), short decimals, subnormals, the extremes, and random bit
+// patterns.
+TEST(ShortestDigits, FastPathAgreesWithTheExactPath) {
+  const auto agree = [](double x) {
+    const tarn_detail::BinaryValue v = tarn_detail::DecomposeDouble(x);
+    DecimalDigits fast, exact;
+    tarn_detail::ShortestDigits(v, fast);
+    tarn_detail::ShortestDigitsExact(v, exact);
+    return fast.count == exact.count && fast.exponent == exact.exponent &&
+           std::memcmp(fast.digits, exact.digits, static_cast<size_t>(exact.count)) == 0;
+  };
+  const auto agreeAround = [&](double x) {
+    for (double y : {x, std::nextafter(x, 0.0), std::nextafter(x, HUGE_VAL)})
+      if (std::isfinite(y) && y != 0 && !agree(y))
+        return false;
+    return true;
+  };
+  std::mt19937_64 rng(24);
+  {
+    SCOPED_TRACE("exact ties m + 1/4, m + 3/4 and short exact decimals odd * 2^-j");
+    for (int i = 0; i < 2000; ++i) {
+      const double m = std::ldexp(1.0, 50) + double(rng() % (uint64_t(1) << 50));
+      const double tie = m + ((i & 1) ? 0.25 : 0.75);
+      const double dyadic = std::ldexp(double((rng() >> (11 + rng() % 42)) | 1), -int(rng() % 70));
+      ASSERT_TRUE(agreeAround(tie)) << std::hexfloat << tie;
+      ASSERT_TRUE(agreeAround(dyadic)) << std::hexfloat << dyadic;
+    }
+  }
+  {
+    SCOPED_TRACE("integers beside multiples of powers of ten, 2^53 to 2^63");
+    for (int j = 1; j <= 18; ++j)
+      for (int i = 0; i < 200; ++i) {
+        const double base = std::ldexp(1.0, 53 + static_cast<int>(rng() % 10));
+        const double p = std::pow(10.0, j), m = std::floor(base / p) * p + p * double(rng() % 7);
+        ASSERT_TRUE(agreeAround(m)) << std::hexfloat << m;
+      }
+  }
+  {
+    SCOPED_TRACE("hundredths, thousandths, uniform [0, 1)");
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    for (int i = 0; i < 20000; ++i) {
+      ASSERT_TRUE(agree(double(rng() % 10000000 + 1) / 100.0)) << i;
+      ASSERT_TRUE(agree(double(rng() % 1000000000 + 1) / 1000.0)) << i;
+      ASSERT_TRUE(agree(unit(rng) + 1e-300)) << i;
+    }
+  }
+  {
+    SCOPED_TRACE("subnormals, the extremes, powers of two and ten");
+    for (uint64_t b = 1; b < 3000; ++b) {
+      ASSERT_TRUE(agree(FromBits(b))) << b;
+      ASSERT_TRUE(agree(FromBits(0x7FEFFFFFFFFFFFFFULL - b))) << b;
+      ASSERT_TRUE(agree(FromBits((rng() & 0x000FFFFFFFFFFFFFULL) | 1))) << b;
+    }
+    for (int e = -1074; e <= 1023; ++e)
+      ASSERT_TRUE(agreeAround(std::ldexp(1.0, e))) << e;
+    for (int e = -323; e <= 308; ++e)
+      ASSERT_TRUE(agreeAround(std::strtod(("1e" + std::to_string(e)).c_str(), nullptr))) << e;
+  }
+  {
+    SCOPED_TRACE("random bit patterns");
+    for (long i = 0, n = RandomCount() / 4; i < n; ++i) {
+      const double x = FromBits(rng());
+      if (std::isfinite(x) && x != 0) {
+        ASSERT_TRUE(agree(x)) << std::hexfloat << x;
+      }
+    }
+  }
+}

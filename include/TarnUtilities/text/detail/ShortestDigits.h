@@ -3,7 +3,7 @@
 // Shortest round-trip decimal digits of a binary floating-point value, by the
 // free-format algorithm of Burger and Dybvig ("Printing floating-point numbers
 // quickly and accurately", PLDI 1996). Public only so that the formatter's
-// tests can compare the fast path with the big-number path; use
+// tests can compare the fast path with the exact and big-number paths; use
 // FloatingPointFormatter instead.
 //
 //===----------------------------------------------------------------------===//
@@ -39,9 +39,12 @@ TARN_API BinaryValue DecomposeDouble(double x);
 /// The value of a finite float other than zero (sign ignored).
 TARN_API BinaryValue DecomposeFloat(float x);
 
-/// Shortest digits: the fast path, falling back to big numbers when its
-/// precision cannot decide a step.
+/// Shortest digits: the one-product method, falling back to the exact path
+/// when its precision cannot decide.
 TARN_API void ShortestDigits(const BinaryValue& v, DecimalDigits& out);
+/// Shortest digits by the exact path alone: the digit generator run on short
+/// decimal expansions, 128-bit fixed point and integers, and big numbers.
+TARN_API void ShortestDigitsExact(const BinaryValue& v, DecimalDigits& out);
 /// Shortest digits, always on big numbers.
 TARN_API void ShortestDigitsBignum(const BinaryValue& v, DecimalDigits& out);
 
