@@ -8,6 +8,8 @@
 
 #include "TarnUtilities/Export.h"
 
+#include "TarnUtilities/container/IntegerCodedBoolVector.h"
+#include "TarnUtilities/container/TarnFortranBinding.h"
 #include "TarnUtilities/container/ZEL_DoubleArray.h"
 #include "TarnUtilities/container/ZEL_IntArray.h"
 
@@ -43,6 +45,7 @@
 #include "TarnUtilities/numerics/KMeansPlusPlus1D.h"
 
 #include "TarnUtilities/system/TarnApplicationUtil.h"
+#include "TarnUtilities/system/TarnBinFileWriter.h"
 #include "TarnUtilities/system/TarnFileNameUtil.h"
 #include "TarnUtilities/system/TarnFileUtil.h"
 #include "TarnUtilities/system/TarnSysUtil.h"
@@ -68,6 +71,7 @@
 #include "TarnUtilities/text/ZEL_ConfigFile.h"
 #include "TarnUtilities/text/ZEL_ConfigFileItem.h"
 #include "TarnUtilities/text/ZEL_CsvFileFailure.h"
+#include "TarnUtilities/text/ZEL_CsvTableLoader.h"
 #include "TarnUtilities/text/ZEL_CsvTableWriter.h"
 #include "TarnUtilities/text/ZEL_FixedBufferComposer.h"
 

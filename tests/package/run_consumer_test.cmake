@@ -38,3 +38,21 @@ separate_arguments(flags UNIX_COMMAND "${flags}")
 separate_arguments(extra UNIX_COMMAND "${CONSUMER_FLAGS}")
 run(c++ ${extra} ${SOURCE_DIR}/main.cpp -o ${WORK_DIR}/consumer-pc ${flags} -Wl,-rpath,${prefix}/lib)
 run(${WORK_DIR}/consumer-pc)
+
+# Fortran consumer, when the package holds the Fortran module: the module
+# through find_package(... COMPONENTS Fortran), and the entry points' header
+# compiled as C.
+if(EXISTS ${prefix}/lib/cmake/TarnUtilities/TarnUtilitiesFortranTargets.cmake)
+  foreach(f include/TarnUtilities/fortran/tarn_utilities.mod
+            include/TarnUtilities/fortran/tarn_utilities.f90 lib/libTarnUtilitiesFortran.a)
+    if(NOT EXISTS ${prefix}/${f})
+      message(FATAL_ERROR "Installed package lacks ${f}")
+    endif()
+  endforeach()
+  run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/../fortran_consumer -B ${WORK_DIR}/fortran-build
+      -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_BUILD_TYPE=Release
+      "-DCMAKE_Fortran_FLAGS=${CONSUMER_FLAGS}" "-DCMAKE_C_FLAGS=${CONSUMER_FLAGS}"
+      "-DCMAKE_EXE_LINKER_FLAGS=${CONSUMER_FLAGS}")
+  run(${CMAKE_COMMAND} --build ${WORK_DIR}/fortran-build)
+  run(${WORK_DIR}/fortran-build/fortran_consumer)
+endif()

@@ -93,6 +93,20 @@ public:
   ///   (42, ' ', 5, true) => "   42";  (-42, '0', 5, true) => "-0042"
   ///   (42, '*', 4, false) => "42**";  (12345, ' ', 2, true) => "12345"
   static std::string int_to_str(int value, char fill, int width, bool fillLeft);
+
+  /// @name Lists of numbers
+  /// The values in their order, separated by ", "; no values give "".
+  /// @{
+
+  /// Runs of three or more consecutive ascending values become "first-last".
+  ///   {1, 2, 3, 4, 5, 7, 9, 10, 11, 12} => "1-5, 7, 9-12"
+  ///   {7, 8, 3} => "7, 8, 3";  {-3, -2, -1} => "-3--1"
+  static std::string int_list_to_str(const int* values, std::size_t count);
+  /// Each value's shortest round-trip text (free format); NaN and
+  /// infinities as NAN_STRING and INF_STRING.
+  ///   {0.1, 2.0, 1e5, -inf} => "0.1, 2.0, 1.0e+5, -Inf"
+  static std::string double_list_to_str(const double* values, std::size_t count);
+  /// @}
 };
 
 #endif // TARNUTILITIES_TEXT_TARNFORMATUTIL_H
