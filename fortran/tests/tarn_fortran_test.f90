@@ -398,8 +398,8 @@ contains
     call SearchTree3D_CreateTree_F(h, st)
     call check_status(st, TARN_STATUS_OK, 'SearchTree3D_CreateTree_F')
     do k = 1, 2 * n
-      ! Odd k: on the point k / 2 + 1 itself; even k: between points.
-      i = k / 2 + 1
+      ! Odd k: on the point (k + 1) / 2 itself; even k: beside it.
+      i = (k + 1) / 2
       q = xyz(:, i)
       if (mod(k, 2) == 0) q = q + [3, -5, 1] * 0.0625_c_double
       d2 = (xyz(2, :) - q(2))**2 + (xyz(1, :) - q(1))**2 + (xyz(3, :) - q(3))**2

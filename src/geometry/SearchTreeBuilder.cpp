@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 namespace ZEL_detail {
@@ -77,8 +78,22 @@ void SearchTreeBuilder<Index>::BuildTree(std::size_t node, std::size_t begin, st
   if (n <= bucketSize_) {
     std::vector<std::size_t>& leaves = tree_.m_LeafIndices;
     nodes[node] = TreeNode{-1, 0.0, leaves.size(), n};
-    for (std::size_t k = begin; k < end; ++k)
-      leaves.push_back(listAxis == kInsertionOrder ? k : sorted_[listAxis][k]);
+    const double inf = std::numeric_limits<double>::infinity();
+    Tree::NodeBox box{{inf, inf, inf}, {-inf, -inf, -inf}};
+    for (std::size_t k = begin; k < end; ++k) {
+      const std::size_t index = listAxis == kInsertionOrder ? k : sorted_[listAxis][k];
+      leaves.push_back(index);
+      const TreePoint& point = points_[index];
+      tree_.m_LeafEntries.push_back(Tree::LeafEntry{point.x, point.y, point.z, index});
+      // NaN compares false and stays out of the box: such a point is never
+      // nearer than the best.
+      for (int axis = 0; axis < 3; ++axis) {
+        const double c = Coord(points_[index], axis);
+        box.lo[axis] = c < box.lo[axis] ? c : box.lo[axis];
+        box.hi[axis] = c > box.hi[axis] ? c : box.hi[axis];
+      }
+    }
+    tree_.m_Boxes[node] = box;
     return;
   }
   const int axis = FindLargestDataVariance(spread);
@@ -89,9 +104,19 @@ void SearchTreeBuilder<Index>::BuildTree(std::size_t node, std::size_t begin, st
   nodes[node] = TreeNode{axis, split, left, right};
   nodes.push_back(TreeNode{0, 0.0, 0, 0});
   nodes.push_back(TreeNode{0, 0.0, 0, 0});
+  std::vector<Tree::NodeBox>& boxes = tree_.m_Boxes;
+  boxes.push_back(Tree::NodeBox{});
+  boxes.push_back(Tree::NodeBox{});
   const std::size_t middle = begin + n / 2;
   BuildTree(left, begin, middle, axis, childSpread[0]);
   BuildTree(right, middle, end, axis, childSpread[1]);
+  const Tree::NodeBox& a = boxes[left];
+  const Tree::NodeBox& b = boxes[right];
+  Tree::NodeBox& box = boxes[node];
+  for (int k = 0; k < 3; ++k) {
+    box.lo[k] = std::min(a.lo[k], b.lo[k]);
+    box.hi[k] = std::max(a.hi[k], b.hi[k]);
+  }
 }
 
 template <typename Index>

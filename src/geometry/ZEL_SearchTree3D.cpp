@@ -54,10 +54,13 @@ ZEL_SearchTree3D& ZEL_SearchTree3D::operator=(const ZEL_SearchTree3D& other) {
 
 ZEL_SearchTree3D::ZEL_SearchTree3D(ZEL_SearchTree3D&& other) noexcept
     : m_DefaultId(other.m_DefaultId), m_Points(std::move(other.m_Points)),
-      m_Nodes(std::move(other.m_Nodes)), m_LeafIndices(std::move(other.m_LeafIndices)) {
+      m_Nodes(std::move(other.m_Nodes)), m_LeafIndices(std::move(other.m_LeafIndices)),
+      m_Boxes(std::move(other.m_Boxes)), m_LeafEntries(std::move(other.m_LeafEntries)) {
   other.m_Points.clear();
   other.m_Nodes.clear();
   other.m_LeafIndices.clear();
+  other.m_Boxes.clear();
+  other.m_LeafEntries.clear();
 }
 
 ZEL_SearchTree3D& ZEL_SearchTree3D::operator=(ZEL_SearchTree3D&& other) noexcept {
@@ -66,9 +69,13 @@ ZEL_SearchTree3D& ZEL_SearchTree3D::operator=(ZEL_SearchTree3D&& other) noexcept
     m_Points = std::move(other.m_Points);
     m_Nodes = std::move(other.m_Nodes);
     m_LeafIndices = std::move(other.m_LeafIndices);
+    m_Boxes = std::move(other.m_Boxes);
+    m_LeafEntries = std::move(other.m_LeafEntries);
     other.m_Points.clear();
     other.m_Nodes.clear();
     other.m_LeafIndices.clear();
+    other.m_Boxes.clear();
+    other.m_LeafEntries.clear();
   }
   return *this;
 }
@@ -108,11 +115,17 @@ template <typename Index> void ZEL_SearchTree3D::Build(std::size_t bucketSize) {
   ZEL_detail::SearchTreeBuilder<Index> builder(*this, bucketSize);
   const std::size_t count = m_Points.size();
   std::map<std::size_t, std::size_t> memo;
-  m_Nodes.reserve(m_Nodes.size() + 1 + 2 * InnerNodeCount(count, bucketSize, memo));
+  const std::size_t newNodes = 1 + 2 * InnerNodeCount(count, bucketSize, memo);
+  m_Nodes.reserve(m_Nodes.size() + newNodes);
+  m_Boxes.reserve(m_Boxes.size() + newNodes);
   m_LeafIndices.reserve(m_LeafIndices.size() + count);
+  m_LeafEntries.reserve(m_LeafEntries.size() + count);
   ZEL_detail::AdviseHugePagesForCapacity(m_Nodes);
   ZEL_detail::AdviseHugePagesForCapacity(m_LeafIndices);
+  ZEL_detail::AdviseHugePagesForCapacity(m_LeafEntries);
+  ZEL_detail::AdviseHugePagesForCapacity(m_Boxes);
   m_Nodes.push_back(TreeNode{0, 0.0, 0, 0});
+  m_Boxes.push_back(NodeBox{});
   builder.Run();
 }
 

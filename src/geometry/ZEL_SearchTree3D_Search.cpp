@@ -22,31 +22,42 @@
 // the geometry sources are compiled with -ffp-contract=off), and replaces the best
 // when best > d2. The best starts at index 0 and the largest finite double.
 //
-// The cell bound. Besides the plane test the walk also skips a far child when
-// best <= (by + bx) + bz, where b holds, per axis, the largest diff * diff of
-// the splits crossed on the way down into a far child. Skipping never changes
-// an answer:
+// The box bound. Besides the plane test the walk skips a far child when
+// best <= its box distance: the squared distance from the query to the
+// smallest box around the child's points, (gy*gy + gx*gx) + gz*gz with
+// g = max(lo - q, q - hi, 0) per axis. Skipping never changes an answer:
 //
 // 1. Only points with a finite d2 can replace the best (best <= DBL_MAX, and
-//    NaN compares false), so only points with finite coordinate differences
-//    matter below.
-// 2. A far child is entered only when best > diff * diff, so diff * diff is
-//    finite, hence the query coordinate and the split value are finite. A
-//    finite split value s lies between the coordinates of the two sides:
-//    left points have c <= s, right points c >= s (or NaN). For an odd list s
-//    is the first right coordinate; for an even one s = (a + b) * 0.5 of the
-//    two middle ones, and a <= s <= b when that is finite (rounding is
-//    monotone and a, b are representable).
-// 3. So every point p of the far child lies at least as far from the query on
-//    that axis as the plane: |q - p| >= |q - s| exactly, hence, rounding being
-//    monotone, |fl(q - p)| >= |diff| and fl(dp * dp) >= fl(diff * diff). A
-//    near child holds a subset of its parent, so the parent's b still holds.
-// 4. With bx, by, bz each at most the point's own squared difference, the
-//    sum (by + bx) + bz, formed in the same order, is at most its d2.
-// 5. If best <= that sum, no point of the child has d2 < best. Since the best
-//    only changes on a strictly smaller d2, searching the child would leave
-//    the best index and distance as they are: a point at exactly the best
-//    distance would not replace the one met first. Skipping it is invisible.
+//    NaN compares false); points with a NaN coordinate are left out of the
+//    boxes for that reason.
+// 2. For a point p in the box, lo <= p <= hi on each axis, so the exact
+//    |q - p| >= max(lo - q, q - p, 0) exactly, and rounding being monotone,
+//    fl(q - p)^2 >= fl(g)^2 rounded; the box distance is formed in the order
+//    of d2, hence it is at most the point's d2.
+// 3. If best <= that distance, no point of the child has d2 < best. Since
+//    the best only changes on a strictly smaller d2, searching the child
+//    would leave the best index and distance as they are: a point at exactly
+//    the best distance would not replace the one met first. Skipping it is
+//    invisible.
+// The same holds for a leaf: one whose box is no nearer than the best is
+// passed over too (the first leaf, with the best at DBL_MAX, never is).
+
+namespace {
+
+/// Squared distance from the query to a box: (gy*gy + gx*gx) + gz*gz with
+/// g = max(lo - q, q - hi, 0) per axis, in the order of a point's d2.
+inline double BoxDistance(const double lo[3], const double hi[3], const double query[3]) {
+  double gap[3];
+  for (int axis = 0; axis < 3; ++axis) {
+    const double below = lo[axis] - query[axis];
+    const double above = query[axis] - hi[axis];
+    const double outside = below > above ? below : above;
+    gap[axis] = outside > 0.0 ? outside : 0.0;
+  }
+  return (gap[1] * gap[1] + gap[0] * gap[0]) + gap[2] * gap[2];
+}
+
+} // namespace
 
 std::size_t ZEL_SearchTree3D::FindNearestPoint(double x, double y, double z) const noexcept {
   // The root is an empty leaf only for a tree built from no points: with a
@@ -77,15 +88,13 @@ void ZEL_SearchTree3D::NearestNeighborSearch(std::size_t node, NNSearchData& dat
   // far child per level is waiting.
   struct FarChild {
     std::size_t node;
-    CellBound bound;
-    double cellDistance; // (by + bx) + bz of bound
+    double boxDistance;
   };
   FarChild waiting[64];
   std::size_t waitingCount = 0;
   const double query[3] = {data.x, data.y, data.z};
   double best = data.bestDistance;
   std::size_t bestIndex = data.bestIndex;
-  CellBound bound{{0.0, 0.0, 0.0}};
   for (;;) {
     const TreeNode* current = &m_Nodes[node];
     while (!IsLeafNode(*current)) {
@@ -99,45 +108,42 @@ void ZEL_SearchTree3D::NearestNeighborSearch(std::size_t node, NNSearchData& dat
       const std::size_t leftMask = std::size_t(0) - static_cast<std::size_t>(diff < 0);
       const std::size_t nearChild = (left & leftMask) | (right & ~leftMask);
       const std::size_t farChild = left ^ right ^ nearChild;
-      const double plane = diff * diff;
-      // The plane test, then the cell test. The best only shrinks: a far
+      // The plane test, then the box test. The best only shrinks: a far
       // child that fails them now fails them when its turn comes, and need
-      // not wait. One that waits has a finite plane no farther than its
-      // cell, so when its turn comes the cell test alone decides.
-      if (best > plane) {
-        // The far cell: this node's cell, pushed out to the plane on `axis`.
-        // Components picked by value, not written into an array and read
-        // back, which would stall the load on the store.
-        const double widened = std::max(bound.axis[axis], plane);
-        const CellBound farBound{{axis == 0 ? widened : bound.axis[0],
-                                  axis == 1 ? widened : bound.axis[1],
-                                  axis == 2 ? widened : bound.axis[2]}};
-        const double cellDistance = (farBound.axis[1] + farBound.axis[0]) + farBound.axis[2];
-        if (best > cellDistance) {
+      // not wait. One that waits is decided by its box alone.
+      if (best > diff * diff) {
+        const NodeBox& box = m_Boxes[farChild];
+        const double farDistance = BoxDistance(box.lo, box.hi, query);
+        if (best > farDistance) {
           assert(waitingCount < 64 && "the tree is deeper than its point count allows");
           __builtin_prefetch(&m_Nodes[farChild]); // read when its turn comes
-          waiting[waitingCount++] = FarChild{farChild, farBound, cellDistance};
+          waiting[waitingCount++] = FarChild{farChild, farDistance};
         }
       }
       node = nearChild;
       current = &m_Nodes[node];
     }
 
-    ++data.leavesVisited;
-    // The best is chosen without a branch: the outcome of the comparison is
-    // hard to predict, and a mispredicted branch would hold up the loads of
-    // the next points.
-    const std::size_t* entries = m_LeafIndices.data() + current->first;
-    for (std::size_t k = 0; k < current->second; ++k) {
-      const std::size_t index = entries[k];
-      const TreePoint& point = m_Points[index];
-      const double dx = data.x - point.x;
-      const double dy = data.y - point.y;
-      const double dz = data.z - point.z;
-      const double d2 = (dy * dy + dx * dx) + dz * dz;
-      const bool closer = best > d2;
-      bestIndex = closer ? index : bestIndex;
-      best = closer ? d2 : best;
+    // A leaf below a far child may lie outside the best sphere although its
+    // far ancestor did not; one box costs less than its points.
+    const NodeBox& leafBox = m_Boxes[node];
+    if (best > BoxDistance(leafBox.lo, leafBox.hi, query)) {
+      ++data.leavesVisited;
+      // The best is chosen without a branch: the outcome of the comparison
+      // is hard to predict, and a mispredicted branch would hold up the
+      // loads of the next points.
+      const LeafEntry* entries = m_LeafEntries.data() + current->first;
+      for (std::size_t k = 0; k < current->second; ++k) {
+        const LeafEntry& entry = entries[k];
+        const std::size_t index = entry.index;
+        const double dx = data.x - entry.x;
+        const double dy = data.y - entry.y;
+        const double dz = data.z - entry.z;
+        const double d2 = (dy * dy + dx * dx) + dz * dz;
+        const bool closer = best > d2;
+        bestIndex = closer ? index : bestIndex;
+        best = closer ? d2 : best;
+      }
     }
 
     for (;;) {
@@ -147,9 +153,8 @@ void ZEL_SearchTree3D::NearestNeighborSearch(std::size_t node, NNSearchData& dat
         return;
       }
       const FarChild& far = waiting[--waitingCount];
-      if (best > far.cellDistance) {
+      if (best > far.boxDistance) {
         node = far.node;
-        bound = far.bound;
         break;
       }
     }

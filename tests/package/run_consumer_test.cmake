@@ -19,6 +19,10 @@ foreach(f include/TarnUtilities/TarnUtilities.h lib/libTarnUtilities.so
     message(FATAL_ERROR "Installed package lacks ${f}")
   endif()
 endforeach()
+# The command-line tool runs from the prefix: it finds the library in ../lib.
+if(CHECK_TOOL)
+  run(${prefix}/bin/tarnutil --version)
+endif()
 
 # CMake consumer.
 run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/cmake-build

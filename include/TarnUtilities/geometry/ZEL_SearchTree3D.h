@@ -140,10 +140,12 @@ public:
 private:
   template <typename Index> friend class ZEL_detail::SearchTreeBuilder;
 
-  /// Lower bounds, per axis, of the squared distance from the query to any
-  /// point of the subtree being searched.
-  struct CellBound {
-    double axis[3];
+  /// The smallest box around the points of a node's subtree (points with a
+  /// NaN coordinate left out; a subtree of none has lo > hi). The walk skips
+  /// a subtree whose box is no nearer than the best point found so far.
+  struct NodeBox {
+    double lo[3];
+    double hi[3];
   };
 
   /// CreateTree with work lists of point indices of type Index.
@@ -163,6 +165,17 @@ private:
   std::vector<TreePoint> m_Points;
   std::vector<TreeNode> m_Nodes;
   std::vector<std::size_t> m_LeafIndices;
+  std::vector<NodeBox> m_Boxes; ///< parallel to m_Nodes
+  /// A leaf entry's point index with its coordinates, parallel to
+  /// m_LeafIndices: a leaf's points are measured from one contiguous run
+  /// instead of scattered loads.
+  struct LeafEntry {
+    double x;
+    double y;
+    double z;
+    std::size_t index;
+  };
+  std::vector<LeafEntry> m_LeafEntries;
 };
 
 #endif // TARNUTILITIES_GEOMETRY_ZEL_SEARCHTREE3D_H
