@@ -46,7 +46,8 @@ done
 root=$PWD
 build=build/fuzz
 CC=clang-14 CXX=clang++-14 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DTARN_FUZZ=ON -DTARN_BUILD_TESTS=OFF -DTARN_BUILD_BENCH=OFF -DTARN_BUILD_EXAMPLES=OFF >/dev/null
+  -DTARN_FUZZ=ON -DTARN_BUILD_TESTS=OFF -DTARN_BUILD_BENCH=OFF -DTARN_BUILD_EXAMPLES=OFF \
+  -DTARN_BUILD_TOOL=OFF >/dev/null
 if ((${#targets[@]} == 0)); then
   for source in fuzz/*_fuzzer.cpp; do
     name=$(basename "$source" _fuzzer.cpp)
