@@ -6,11 +6,12 @@
 #include "TarnUtilities/text/ZEL_CsvFileFailure.h"
 
 #include "support/FailureOf.h"
-#include "text/csv/CsvTestFiles.h"
+#include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -22,6 +23,12 @@ using tarn_test::FailureOf;
 using tarn_test::TempDir;
 
 namespace {
+
+std::uint64_t Bits(double x) {
+  std::uint64_t bits;
+  std::memcpy(&bits, &x, sizeof bits);
+  return bits;
+}
 
 std::vector<std::string> Column(const ZEL_CsvTableLoader& table, std::size_t column) {
   std::vector<std::string> cells;
@@ -71,7 +78,7 @@ TEST(ZEL_CsvTableLoader, ReadsBackWhatTheFileWriterWrites) {
     if (std::isnan(doubles[i]))
       EXPECT_TRUE(std::isnan(readDoubles[i])) << i;
     else
-      EXPECT_EQ(csvtest::Bits(readDoubles[i]), csvtest::Bits(doubles[i])) << i;
+      EXPECT_EQ(Bits(readDoubles[i]), Bits(doubles[i])) << i;
 }
 
 TEST(ZEL_CsvTableLoader, SplitsFieldsAsCsvDoes) {
