@@ -13,6 +13,8 @@
 #ifndef TARNUTILITIES_FUZZ_FUZZSUPPORT_H
 #define TARNUTILITIES_FUZZ_FUZZSUPPORT_H
 
+#include "TarnUtilities/logging/ZEL_Failure.h"
+
 #include <ace/Log_Msg.h>
 #include <ace/Log_Msg_Callback.h>
 #include <ace/Log_Record.h>
@@ -28,6 +30,24 @@
 #include <vector>
 
 namespace tarn_fuzz {
+
+/// What a reader made of an input: the object, and the failure message it
+/// threw ("" when loading succeeded).
+template <typename Object> struct Loaded {
+  Object object;
+  std::string failure;
+};
+
+/// Runs `load` on a fresh object and keeps the ZEL_Failure it throws.
+template <typename Object, typename LoadFunction> Loaded<Object> Load(LoadFunction load) {
+  Loaded<Object> loaded;
+  try {
+    load(loaded.object);
+  } catch (const ZEL_Failure& e) {
+    loaded.failure = e.GetMessage();
+  }
+  return loaded;
+}
 
 /// Stops the run when `ok` is false, printing `what` and the details.
 inline void Check(bool ok, const char* what, const std::string& details = std::string()) {

@@ -25,19 +25,9 @@ using tarn_fuzz::Escaped;
 
 namespace {
 
-struct Loaded {
-  ZEL_ConfigFile config;
-  std::string failure; // the message, or "" when loading succeeded
-};
-
+using Loaded = tarn_fuzz::Loaded<ZEL_ConfigFile>;
 template <typename LoadFunction> Loaded Load(LoadFunction load) {
-  Loaded loaded;
-  try {
-    load(loaded.config);
-  } catch (const ZEL_Failure& e) {
-    loaded.failure = e.GetMessage();
-  }
-  return loaded;
+  return tarn_fuzz::Load<ZEL_ConfigFile>(load);
 }
 
 bool HoldsDoubleQuote(const ZEL_ConfigFileItem& item) {
@@ -100,7 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
           "file: " + fromFile.failure + "\ntext: " + fromText.failure);
   }
 
-  const ZEL_ConfigFile& config = fromFile.config;
+  const ZEL_ConfigFile& config = fromFile.object;
   const ZEL_ConfigFile copy(config);
   Check(SameConfig(copy, config), "a copy equals its original");
 
@@ -112,6 +102,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Check(reloaded.failure.empty() && SameConfig(reloaded.config, config),
         "the printout loads again into the same configuration",
         "failure: " + reloaded.failure + "\nprinted:\n" + Escaped(printed) + "\nreprinted:\n" +
-            Escaped(Printed(reloaded.config)));
+            Escaped(Printed(reloaded.object)));
   return 0;
 }

@@ -178,19 +178,9 @@ bool IsNumber(const std::string& cell) {
 }
 
 // ------------------------------------------------------------ the loader
-struct Loaded {
-  ZEL_CsvTableLoader table;
-  std::string failure; // the message, or "" when loading succeeded
-};
-
+using Loaded = tarn_fuzz::Loaded<ZEL_CsvTableLoader>;
 template <typename LoadFunction> Loaded Load(LoadFunction load) {
-  Loaded loaded;
-  try {
-    load(loaded.table);
-  } catch (const ZEL_Failure& e) {
-    loaded.failure = e.GetMessage();
-  }
-  return loaded;
+  return tarn_fuzz::Load<ZEL_CsvTableLoader>(load);
 }
 
 bool SameTable(const ZEL_CsvTableLoader& a, const ZEL_CsvTableLoader& b) {
@@ -323,7 +313,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         "file: " + fromFile.failure + "\ntext: " + fromText.failure);
 
   const Table model = Model(text);
-  const ZEL_CsvTableLoader& table = fromText.table;
+  const ZEL_CsvTableLoader& table = fromText.object;
   if (!model.failure.empty()) {
     Check(fromText.failure == "csv-file \"" + fileName + "\", " + model.failure &&
               table.GetNumColumns() == 0 && table.GetNumRows() == 0,

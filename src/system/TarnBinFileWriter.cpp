@@ -1,14 +1,6 @@
 //===- TarnBinFileWriter.cpp - Numbers to a binary file ---------------------===//
 #include "TarnUtilities/system/TarnBinFileWriter.h"
-#include "TarnUtilities/system/TarnFileUtil.h"
-
-#include <cerrno>
-#include <cstring>
-
-namespace {
-// The stream buffer: large enough that many small writes cost few system calls.
-constexpr std::size_t kStreamBuffer = 1 << 16;
-} // namespace
+#include "system/BufferedStream.h"
 
 static_assert(sizeof(float) == 4 && sizeof(double) == 8,
               "the binary layout is 4-byte and 8-byte IEEE reals");
@@ -20,15 +12,8 @@ bool TarnBinFileWriter::OpenFile(const std::u16string& name, std::string& error)
     error = "A file is already open";
     return false;
   }
-  errno = 0;
-  file_ = TarnFileUtil::wfopen(name, u"wb");
-  if (!file_) {
-    error = std::strerror(errno != 0 ? errno : EIO);
-    return false;
-  }
-  std::setvbuf(file_, nullptr, _IOFBF, kStreamBuffer);
-  error.clear();
-  return true;
+  file_ = TarnBufferedStream::Open(name, u"wb", error);
+  return file_ != nullptr;
 }
 
 bool TarnBinFileWriter::WriteBytes(const void* bytes, std::size_t size, std::size_t count) {

@@ -2,7 +2,7 @@
 #include "TarnUtilities/text/TarnCsvFileWriter.h"
 #include "TarnUtilities/logging/ZEL_LogMacros.h"
 #include "TarnUtilities/logging/ZEL_Message.h"
-#include "TarnUtilities/system/TarnFileUtil.h"
+#include "system/BufferedStream.h"
 
 #include <cerrno>
 #include <cstring>
@@ -10,9 +10,6 @@
 namespace {
 
 const char* const kHeader = "[%T|%n|%P|TarnUtilities|TarnCsvFileWriter] ";
-// The stream buffer: large enough that a table of long lines costs few
-// system calls.
-constexpr std::size_t kStreamBuffer = 1 << 16;
 
 } // namespace
 
@@ -32,15 +29,8 @@ bool TarnCsvFileWriter::OpenFile(const char16_t* name, std::string& error, FileO
     error = std::strerror(EINVAL);
     return false;
   }
-  errno = 0;
-  file_ = TarnFileUtil::wfopen(name, mode == FILE_APPEND ? u"at" : u"wt");
-  if (!file_) {
-    error = std::strerror(errno != 0 ? errno : EIO);
-    return false;
-  }
-  std::setvbuf(file_, nullptr, _IOFBF, kStreamBuffer);
-  error.clear();
-  return true;
+  file_ = TarnBufferedStream::Open(name, mode == FILE_APPEND ? u"at" : u"wt", error);
+  return file_ != nullptr;
 }
 
 bool TarnCsvFileWriter::OpenFile(const char16_t* name, FileOpenMode mode) {
