@@ -85,7 +85,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Loaded fromFile = Load([&](ZEL_ConfigFile& c) { c.LoadFile(fileName); });
   if (text.find('\0') == std::string::npos) {
     const Loaded fromText = Load([&](ZEL_ConfigFile& c) { c.LoadText(text.c_str(), fileName); });
-    Check(fromText.failure == fromFile.failure && SameConfig(fromText.config, fromFile.config),
+    Check(fromText.failure == fromFile.failure && SameConfig(fromText.object, fromFile.object),
           "loading from memory and from the file agree",
           "file: " + fromFile.failure + "\ntext: " + fromText.failure);
   }
@@ -99,7 +99,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       return 0;
   const std::string printed = Printed(config);
   const Loaded reloaded = Load([&](ZEL_ConfigFile& c) { c.LoadText(printed.c_str(), "printed"); });
-  Check(reloaded.failure.empty() && SameConfig(reloaded.config, config),
+  Check(reloaded.failure.empty() && SameConfig(reloaded.object, config),
         "the printout loads again into the same configuration",
         "failure: " + reloaded.failure + "\nprinted:\n" + Escaped(printed) + "\nreprinted:\n" +
             Escaped(Printed(reloaded.object)));

@@ -308,7 +308,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Loaded fromFile =
       Load([&](ZEL_CsvTableLoader& t) { t.Load(TarnStringUtil::utf8_to_wide(fileName)); });
   const Loaded fromText = Load([&](ZEL_CsvTableLoader& t) { t.LoadText(text, fileName); });
-  Check(fromText.failure == fromFile.failure && SameTable(fromText.table, fromFile.table),
+  Check(fromText.failure == fromFile.failure && SameTable(fromText.object, fromFile.object),
         "loading from memory and from the file agree",
         "file: " + fromFile.failure + "\ntext: " + fromText.failure);
 
@@ -334,7 +334,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   CheckColumns(table, model, fileName);
 
   const Loaded again = Load([&](ZEL_CsvTableLoader& t) { t.LoadText(WrittenBack(table), "back"); });
-  Check(again.failure.empty() && SameTable(again.table, table),
+  Check(again.failure.empty() && SameTable(again.object, table),
         "the table written back with quotes loads again into the same table",
         Escaped(again.failure));
   return 0;
