@@ -1,13 +1,8 @@
 //===- TarnAlgorithmUtil_test.cpp - Uniform intervals and radix sort --------===//
 #include "TarnUtilities/math/TarnAlgorithmUtil.h"
-#include "support/FailureOf.h"
+#include "math/MathTestSupport.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <climits>
-#include <random>
-#include <vector>
 
 using TarnAlgorithmUtil::GenerateUniformIntervals;
 using Bounds = std::vector<std::size_t>;

@@ -1,10 +1,6 @@
 //===- TarnUtilFullMatrix_test.cpp - Dense matrix of run-time size ----------===//
 #include "TarnUtilities/math/TarnUtilFullMatrix.h"
-#include "support/FailureOf.h"
-
-#include <gtest/gtest.h>
-
-#include <vector>
+#include "math/MathTestSupport.h"
 
 namespace {
 
@@ -28,9 +24,7 @@ TEST(TarnUtilFullMatrix, ColumnMajorStorageTransposedViewAndCopies) {
 
   m.Transpose(); // [[1, 4], [2, 5], [3, 6]], same storage
   const TarnUtilSparseMatrix& view = m;
-  EXPECT_EQ(view.GetNumRows(), 3u);
-  EXPECT_EQ(view.GetNumColumns(), 2u);
-  EXPECT_TRUE(view(2, 0) == 3.0 && view(0, 1) == 4.0);
+  EXPECT_TRUE(view.GetNumRows() == 3u && view.GetNumColumns() == 2u && view(2, 0) == 3.0 && view(0, 1) == 4.0);
   EXPECT_EQ(Values(m), (std::vector<double>{1, 4, 2, 5, 3, 6}));
   m.Multiply(x2.data(), y.data());
   EXPECT_EQ(y, (std::vector<double>{41, 52, 63}));
@@ -52,8 +46,7 @@ TEST(TarnUtilFullMatrix, ColumnMajorStorageTransposedViewAndCopies) {
   EXPECT_EQ(Values(logical), (std::vector<double>{-1, -2, -3, -4, -5, -6}));
 
   m.Resize(2, 2);
-  EXPECT_FALSE(m.IsTransposed());
-  EXPECT_EQ(Values(m), (std::vector<double>{0, 0, 0, 0}));
+  EXPECT_TRUE(!m.IsTransposed() && Values(m) == std::vector<double>(4, 0.0));
   EXPECT_EQ(tarn_test::FailureMessage([] { TarnUtilFullMatrix(1ull << 33, 1ull << 33); }),
             "A full matrix of 8589934592 x 8589934592 elements is too large.");
 }

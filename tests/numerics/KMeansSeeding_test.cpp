@@ -1,23 +1,10 @@
 //===- KMeansSeeding_test.cpp - Random and deterministic seeding ------------===//
 #include "TarnUtilities/math/TarnAlgorithmUtil.h"
-#include "TarnUtilities/numerics/KMeansPlusPlus1D.h"
+#include "numerics/KMeansTestSupport.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdlib>
-#include <random>
-#include <vector>
-
-using Values = std::vector<double>;
+using namespace kmeans_test;
 
 namespace {
-
-Values Distinct(Values v) {
-  std::sort(v.begin(), v.end());
-  v.erase(std::unique(v.begin(), v.end()), v.end());
-  return v;
-}
 
 Values Advanced(const Values& values, std::size_t k) {
   KMeansPlusPlus1D km(values);
