@@ -114,16 +114,19 @@ TEST(ZEL_Loglevels, NamesLettersAndMasks) {
   EXPECT_STREQ(L::ToString(static_cast<L::Level>(42)), "UNKNOWN");
 }
 
-TEST_F(LoggingTest, LineLayoutExpandsHeaderDirectives) {
+TEST_F(LoggingTest, LayoutPrefixesLevelFilterAndListener) {
+  Start(ZEL_Loglevels::QUIET); // nothing at all, not even a critical failure
+  ZEL_LogMacros::critical("f", 1, kHeader, "nothing");
+  ZEL_Logging::Failure(ZEL_Failure(ZEL_Code("183807301111"), "nothing either", ""));
+  EXPECT_TRUE(Heard().empty());
+  EXPECT_EQ(LogText(), "");
   Start(ZEL_Loglevels::NOTICE);
   ZEL_LogMacros::error("file.cpp", 10, kHeader, "disk full");
   const std::regex layout(R"(\(ERROR   \) \[\d\d:\d\d:\d\d\.\d{6}\|logtest\|\d+\|TarnUtilities\|LoggingTest\] disk full\n)");
   ASSERT_EQ(Heard().size(), 1u);
   EXPECT_TRUE(std::regex_match(Heard()[0], layout)) << Heard()[0];
   EXPECT_TRUE(std::regex_match(LogText(), layout)) << LogText();
-}
 
-TEST_F(LoggingTest, PrefixesLevelFilterAndListener) {
   using Macro = void (*)(const char*, int, const char*, const char*);
   const Macro macros[] = {ZEL_LogMacros::critical, ZEL_LogMacros::error, ZEL_LogMacros::warning,
                           ZEL_LogMacros::notice,   ZEL_LogMacros::info,  ZEL_LogMacros::debug,
@@ -154,14 +157,6 @@ TEST_F(LoggingTest, PrefixesLevelFilterAndListener) {
   EXPECT_EQ(ZEL_Logging::GetConfig().level, ZEL_Loglevels::NOTICE);
   ZEL_LogMacros::info("f", 1, "", "still filtered");
   EXPECT_THAT(LogText(), EndsWith(") after removal\n"));
-}
-
-TEST_F(LoggingTest, QuietLevelWritesNothingNotEvenCritical) {
-  Start(ZEL_Loglevels::QUIET);
-  ZEL_LogMacros::critical("f", 1, kHeader, "nothing");
-  ZEL_Logging::Failure(ZEL_Failure(ZEL_Code("183807301111"), "nothing either", ""));
-  EXPECT_TRUE(Heard().empty());
-  EXPECT_EQ(LogText(), "");
 }
 
 TEST_F(LoggingTest, LogFileIsAppendedOrReplacedAndEchoed) {
