@@ -1,8 +1,7 @@
 //===- TarnApplicationUtil_test.cpp - Command line --------------------------===//
 //
-// The command line is checked against GoogleTest's own record of the
-// arguments, in this process and in a copy of it started with unusual
-// arguments (empty, with spaces, UTF-8, not UTF-8).
+// The command line against GoogleTest's own record of the arguments, in this
+// process and in a copy of it started with unusual arguments.
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/system/TarnApplicationUtil.h"
@@ -25,17 +24,15 @@ std::u16string W(const std::string& s) { return TarnStringUtil::utf8_to_wide(s);
 TEST(TarnApplicationUtil, CommandLineMatchesTheProcessArguments) {
   const std::vector<std::string> expected = testing::internal::GetArgvs();
   // argv is not what is read: pass none.
-  const std::vector<std::u16string> wide = commandline_to_wide(0, nullptr);
-  ASSERT_EQ(wide.size(), expected.size());
-  for (std::size_t i = 0; i < expected.size(); ++i) {
-    SCOPED_TRACE(expected[i]);
-    EXPECT_EQ(wide[i], W(expected[i]));
-  }
+  std::vector<std::u16string> wide;
+  for (const std::string& arg : expected)
+    wide.push_back(W(arg));
+  EXPECT_EQ(commandline_to_wide(0, nullptr), wide);
 }
 
 TEST(TarnApplicationUtil, CommandLineWithUnusualArguments) {
-  // Runs the test above in a new process whose arguments hold an empty one,
-  // spaces, UTF-8 and a byte that is not UTF-8.
+  // The test above again, with an empty argument, spaces, UTF-8 and a byte
+  // that is not UTF-8.
   const pid_t child = ::fork();
   ASSERT_GE(child, 0);
   if (child == 0) {

@@ -1,9 +1,8 @@
 //===- TarnFileUtil_test.cpp - Existence, directories, removal, opening -----===//
 //
-// Every case works on real files in a fresh temporary directory: names with
-// spaces and UTF-8 characters, missing parents, read-only directories (skipped
-// where permissions do not apply to the test process) and log lines checked
-// word for word.
+// Real files in a fresh temporary directory: names with spaces and UTF-8
+// characters, missing parents, directories closed to an ordinary user, and
+// each log text checked once, word for word.
 //
 //===----------------------------------------------------------------------===//
 #include "TarnUtilities/system/TarnFileUtil.h"
@@ -14,6 +13,8 @@
 
 #include <cerrno>
 #include <climits>
+#include <functional>
+#include <tuple>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -78,13 +79,44 @@ TEST(TarnFileUtil, IsExistingDirDistinguishesMissingFromWrongKindAndLogs) {
     EXPECT_EQ(TarnFileUtil::IsExistingDir(W(c.name), status), c.isDir);
     EXPECT_EQ(status, c.status);
   }
-  const std::string text = log.Take();
-  EXPECT_THAT(text, HasSubstr("(TRACE   ) ["));
-  EXPECT_THAT(text, HasSubstr("|LIBUTIL|TarnFileUtil] " + dir / "file" +
-                              " exists but is no directory\n"));
-  EXPECT_THAT(text, HasSubstr("|LIBUTIL|TarnFileUtil] Failed to check existence of " + dir / "nnnn"));
-  EXPECT_THAT(text, HasSubstr("(system error code = " + std::to_string(ENAMETOOLONG) + ")\n"));
-  EXPECT_THAT(text, testing::Not(HasSubstr("missing")));
+  EXPECT_THAT(log.Take(), testing::Not(HasSubstr("missing")));
+}
+
+TEST(TarnFileUtil, LogTexts) {
+  TempDir dir;
+  WriteFile(dir / "file", "x");
+  ::mkdir((dir / "full").c_str(), 0755);
+  WriteFile(dir / "full/f", "x");
+  const std::string tooLong = dir / std::string(300, 'n'), own = "|LIBUTIL|TarnFileUtil] ";
+  const auto code = [](int error) { return std::to_string(error) + ")\n"; };
+  ZelStatusCode status;
+  // The call, its level, and how its line ends.
+  const std::tuple<std::function<void()>, const char*, std::string> cases[] = {
+      {[&] { TarnFileUtil::IsExistingDir(dir / "file", status); }, "(TRACE   ) [",
+       own + dir / "file" + " exists but is no directory\n"},
+      {[&] { TarnFileUtil::IsExistingDir(tooLong, status); }, "(DEBUG   ) [",
+       own + "Failed to check existence of " + tooLong + " (system error code = " + code(ENAMETOOLONG)},
+      {[&] { TarnFileUtil::CreateDir(dir / "file"); }, "(DEBUG   ) [",
+       own + "Failed to create directory " + dir / "file" + " (errorcode=" + code(EEXIST)},
+      {[&] { TarnFileUtil::CreateDir(dir / "no/parent"); }, "(DEBUG   ) [", "(errorcode=" + code(ENOENT)},
+      {[&] { TarnFileUtil::CreateDirRecursive(tooLong); }, "(DEBUG   ) [",
+       own + "Failed to create directory " + tooLong + " (errorcode=" + code(ENAMETOOLONG)},
+      {[&] { TarnFileUtil::RemoveDir(dir / "full"); }, "(WARNING ) [",
+       own + "Failed to remove directory " + dir / "full" + " (errorcode = " + code(ENOTEMPTY)},
+      {[&] { TarnFileUtil::RemoveDir(dir.Wide("missing")); }, "(WARNING ) [", "(errorcode = " + code(ENOENT)},
+      {[&] { TarnFileUtil::RemoveFile(dir.Wide("missing \xC3\xA9")); }, "(WARNING ) [",
+       own + "Failed to delete file " + dir / "missing \xC3\xA9" + " (errorcode = " + code(ENOENT)},
+      {[&] { TarnFileUtil::RemoveFile(dir.Wide("full")); }, "(WARNING ) [", "(errorcode = " + code(EISDIR)},
+      {[&] { TarnFileUtil::RemoveFile(static_cast<const char16_t*>(nullptr)); }, "(WARNING ) [",
+       "(errorcode = " + code(EINVAL)}};
+  for (const auto& [call, level, end] : cases) {
+    SCOPED_TRACE(end);
+    CapturedLog log;
+    call();
+    const std::string text = log.Take();
+    EXPECT_THAT(text, testing::StartsWith(level));
+    EXPECT_THAT(text, testing::EndsWith(end));
+  }
 }
 
 // ---------------------------------------------------------------- directories
@@ -97,54 +129,34 @@ TEST(TarnFileUtil, CreateDirMakesOneLevel) {
   EXPECT_EQ(TarnFileUtil::CreateDir(dir / "new dir \xC3\xA9"), ERR_FILE_IO);
   EXPECT_EQ(TarnFileUtil::CreateDir(dir / "no/parent"), ERR_FILE_IO);
   EXPECT_EQ(TarnFileUtil::CreateDir(""), ERR_FILE_IO);
-  const std::string text = log.Take();
-  EXPECT_THAT(text, HasSubstr("(DEBUG   ) ["));
-  EXPECT_THAT(text, HasSubstr("TarnFileUtil] Failed to create directory " + dir /
-                              "new dir \xC3\xA9" + " (errorcode=" + std::to_string(EEXIST) + ")\n"));
-  EXPECT_THAT(text, HasSubstr("Failed to create directory " + dir / "no/parent" +
-                              " (errorcode=" + std::to_string(ENOENT) + ")\n"));
 }
 
 TEST(TarnFileUtil, CreateDirRecursiveMakesEveryMissingParent) {
   TempDir dir;
-  const std::string deep = dir / "a b/\xC3\xA9/c/d";
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(deep), STATUS_OK);
-  EXPECT_TRUE(IsDirectory(deep));
-  // Existing, blank and empty names do nothing.
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(deep), STATUS_OK);
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(""), STATUS_OK);
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(" \t\n"), STATUS_OK);
-  // Surrounding blanks are trimmed; trailing separators of either kind end
-  // a name.
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive("  " + dir / "t/u" + " \t"), STATUS_OK);
-  EXPECT_TRUE(IsDirectory(dir / "t/u"));
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "s/v/"), STATUS_OK);
-  EXPECT_TRUE(IsDirectory(dir / "s/v"));
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "s/w\\"), STATUS_OK);
-  EXPECT_TRUE(IsDirectory(dir / "s/w"));
-  // A backslash separates components as a slash does.
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "b1\\b2/b3\\b4"), STATUS_OK);
-  EXPECT_TRUE(IsDirectory(dir / "b1/b2/b3/b4"));
-  // ... but an existing directory whose name holds one is taken as it is.
+  // An existing directory whose name holds a backslash is taken as it is.
   ::mkdir((dir / "x\\y").c_str(), 0755);
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "x\\y"), STATUS_OK);
-  EXPECT_FALSE(IsDirectory(dir / "x"));
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / "m//n//"), STATUS_OK);
-  EXPECT_TRUE(IsDirectory(dir / "m/n"));
-  // Hundreds of levels, and names relative to the current directory.
   std::string deep600 = dir.path();
   for (int i = 0; i < 600; ++i)
     deep600 += "/q";
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive(deep600), STATUS_OK);
-  EXPECT_TRUE(IsDirectory(deep600));
+  // The name given, and the directory that must then exist; surrounding
+  // blanks are trimmed, a backslash separates as a slash does, and trailing
+  // or doubled separators of either kind do not matter.
+  const std::pair<std::string, std::string> cases[] = {
+      {dir / "a b/\xC3\xA9/c/d", dir / "a b/\xC3\xA9/c/d"}, {dir / "a b/\xC3\xA9/c/d", dir / "a b"},
+      {"  " + dir / "t/u" + " \t", dir / "t/u"}, {dir / "s/v/", dir / "s/v"},
+      {dir / "s/w\\", dir / "s/w"}, {dir / "b1\\b2/b3\\b4", dir / "b1/b2/b3/b4"},
+      {dir / "x\\y", dir / "x\\y"}, {dir / "m//n//", dir / "m/n"}, {deep600, deep600},
+      {"", "."}, {" \t\n", "."}, {"r1/r2/r3", dir / "r1/r2/r3"}, {"single", dir / "single"}};
   tarn_test::ScopedCwd cwd(dir.path());
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive("r1/r2/r3"), STATUS_OK);
-  EXPECT_TRUE(IsDirectory(dir / "r1/r2/r3"));
-  EXPECT_EQ(TarnFileUtil::CreateDirRecursive("single"), STATUS_OK);
-  EXPECT_TRUE(IsDirectory(dir / "single"));
+  for (const auto& [name, made] : cases) {
+    SCOPED_TRACE(name.substr(0, 100));
+    EXPECT_EQ(TarnFileUtil::CreateDirRecursive(name), STATUS_OK);
+    EXPECT_TRUE(IsDirectory(made));
+  }
+  EXPECT_FALSE(IsDirectory(dir / "x"));
 }
 
-TEST(TarnFileUtil, CreateDirRecursiveFailsBelowAFile) {
+TEST(TarnFileUtil, CreateDirRecursiveFailsBelowAFileOrWithoutPermission) {
   TempDir dir;
   WriteFile(dir / "file", "x");
   CapturedLog log;
@@ -154,57 +166,32 @@ TEST(TarnFileUtil, CreateDirRecursiveFailsBelowAFile) {
   // Longer than any name the system accepts: refused at once.
   EXPECT_EQ(TarnFileUtil::CreateDirRecursive(std::string(200000, '/') + "x"), ERR_FILE_IO);
   EXPECT_EQ(TarnFileUtil::CreateDirRecursive(dir / std::string(300, 'x')), ERR_FILE_IO);
-  const std::string text = log.Take();
-  EXPECT_THAT(text, HasSubstr("Failed to create directory " + dir / std::string(300, 'x') +
-                              " (errorcode=" + std::to_string(ENAMETOOLONG) + ")"));
-}
-
-TEST(TarnFileUtil, DirectoriesWithoutPermission) {
-  TempDir dir;
   tarn_test::OpenToEveryone(dir);
-  ::mkdir((dir / "ro").c_str(), 0755);
-  WriteFile(dir / "ro/f", "x");
-  ::chmod((dir / "ro").c_str(), 0555);
+  ::mkdir((dir / "ro").c_str(), 0555);
   ::mkdir((dir / "closed").c_str(), 0700);
   ::mkdir((dir / "closed/inner").c_str(), 0700);
-  CapturedLog log;
   EXPECT_TRUE(tarn_test::RunUnprivileged([&dir] {
     ZelStatusCode status = STATUS_OK;
     return TarnFileUtil::CreateDirRecursive(dir / "ro/a/b") == ERR_FILE_IO &&
-           !IsDirectory(dir / "ro/a") && TarnFileUtil::RemoveFile(dir.Wide("ro/f")) == ERR_FILE_IO &&
-           !TarnFileUtil::IsExistingDir(dir / "closed/inner", status) && status == ERR_FILE_IO;
+           !IsDirectory(dir / "ro/a") && !TarnFileUtil::IsExistingDir(dir / "closed/inner", status) &&
+           status == ERR_FILE_IO;
   }));
-  EXPECT_EQ(ReadFile(dir / "ro/f"), "x");
-  const std::string text = log.Take();
-  EXPECT_THAT(text, HasSubstr("Failed to create directory " + dir / "ro/a" +
-                              " (errorcode=" + std::to_string(EACCES) + ")"));
-  EXPECT_THAT(text, HasSubstr("Failed to delete file " + dir / "ro/f" + " (errorcode = " +
-                              std::to_string(EACCES) + ")"));
-  EXPECT_THAT(text, HasSubstr("Failed to check existence of " + dir / "closed/inner" +
-                              " (system error code = " + std::to_string(EACCES) + ")"));
 }
 
 TEST(TarnFileUtil, RemoveDirRemovesOnlyEmptyDirectories) {
   TempDir dir;
   ::mkdir((dir / "empty \xC3\xA9").c_str(), 0755);
+  ::mkdir((dir / "wide").c_str(), 0755);
   ::mkdir((dir / "full").c_str(), 0755);
   WriteFile(dir / "full/f", "x");
   EXPECT_EQ(TarnFileUtil::RemoveDir(dir / "empty \xC3\xA9"), STATUS_OK);
-  EXPECT_FALSE(IsDirectory(dir / "empty \xC3\xA9"));
-  ::mkdir((dir / "wide").c_str(), 0755);
   EXPECT_EQ(TarnFileUtil::RemoveDir(dir.Wide("wide")), STATUS_OK);
-  EXPECT_FALSE(IsDirectory(dir / "wide"));
+  EXPECT_FALSE(IsDirectory(dir / "empty \xC3\xA9") || IsDirectory(dir / "wide"));
   CapturedLog log;
   EXPECT_EQ(TarnFileUtil::RemoveDir(dir / "full"), ERR_FILE_IO);
   EXPECT_EQ(TarnFileUtil::RemoveDir(dir.Wide("missing")), ERR_FILE_IO);
   EXPECT_EQ(TarnFileUtil::RemoveDir(dir / "full/f"), ERR_FILE_IO);
   EXPECT_EQ(ReadFile(dir / "full/f"), "x");
-  const std::string text = log.Take();
-  EXPECT_THAT(text, HasSubstr("(WARNING ) ["));
-  EXPECT_THAT(text, HasSubstr("|LIBUTIL|TarnFileUtil] Failed to remove directory " + dir / "full" +
-                              " (errorcode = " + std::to_string(ENOTEMPTY) + ")\n"));
-  EXPECT_THAT(text, HasSubstr("Failed to remove directory " + dir / "missing" +
-                              " (errorcode = " + std::to_string(ENOENT) + ")\n"));
 }
 
 // ---------------------------------------------------------------------- files
@@ -213,6 +200,9 @@ TEST(TarnFileUtil, RemoveFileFailsAndLogsInUtf8) {
   TempDir dir;
   ::mkdir((dir / "d").c_str(), 0755);
   WriteFile(dir / "a", "keep");
+  WriteFile(dir / "gone", "");
+  EXPECT_EQ(TarnFileUtil::RemoveFile(dir.Wide("gone").c_str()), STATUS_OK);
+  EXPECT_FALSE(TarnFileUtil::FileExists(dir / "gone"));
   CapturedLog log;
   EXPECT_EQ(TarnFileUtil::RemoveFile(dir.Wide("missing \xC3\xA9")), ERR_FILE_IO);
   EXPECT_EQ(TarnFileUtil::RemoveFile(dir.Wide("d")), ERR_FILE_IO);
@@ -222,14 +212,6 @@ TEST(TarnFileUtil, RemoveFileFailsAndLogsInUtf8) {
   EXPECT_EQ(TarnFileUtil::RemoveFile(dir / "a" + std::string(1, '\0')), ERR_FILE_IO);
   EXPECT_EQ(ReadFile(dir / "a"), "keep");
   EXPECT_TRUE(IsDirectory(dir / "d"));
-  const std::string text = log.Take();
-  EXPECT_THAT(text, HasSubstr("(WARNING ) ["));
-  EXPECT_THAT(text, HasSubstr("|LIBUTIL|TarnFileUtil] Failed to delete file " + dir /
-                              "missing \xC3\xA9" + " (errorcode = " + std::to_string(ENOENT) +
-                              ")\n"));
-  EXPECT_THAT(text, HasSubstr("Failed to delete file " + dir / "d" + " (errorcode = " +
-                              std::to_string(EISDIR) + ")\n"));
-  EXPECT_THAT(text, HasSubstr("(errorcode = " + std::to_string(EINVAL) + ")\n"));
 }
 
 TEST(TarnFileUtil, RenameFileNeverReplacesTheTarget) {
@@ -237,18 +219,13 @@ TEST(TarnFileUtil, RenameFileNeverReplacesTheTarget) {
   WriteFile(dir / "src \xC3\xA9", "source");
   EXPECT_TRUE(TarnFileUtil::RenameFile(dir.Wide("src \xC3\xA9"), dir.Wide("dst")));
   EXPECT_FALSE(TarnFileUtil::FileExists(dir / "src \xC3\xA9"));
-  EXPECT_EQ(ReadFile(dir / "dst"), "source");
-
   WriteFile(dir / "other", "other");
   EXPECT_FALSE(TarnFileUtil::RenameFile(dir.Wide("other"), dir.Wide("dst")));
-  EXPECT_EQ(ReadFile(dir / "dst"), "source");
-  EXPECT_EQ(ReadFile(dir / "other"), "other");
-
+  EXPECT_EQ(ReadFile(dir / "dst") + ReadFile(dir / "other"), "sourceother");
   EXPECT_FALSE(TarnFileUtil::RenameFile(dir.Wide("missing"), dir.Wide("x")));
   EXPECT_FALSE(TarnFileUtil::RenameFile(dir.Wide("other"), dir.Wide("no/parent")));
   EXPECT_FALSE(TarnFileUtil::RenameFile(u"", dir.Wide("x")));
-  // Directories move too.
-  ::mkdir((dir / "d").c_str(), 0755);
+  ::mkdir((dir / "d").c_str(), 0755); // directories move too
   EXPECT_TRUE(TarnFileUtil::RenameFile(dir.Wide("d"), dir.Wide("e")));
   EXPECT_TRUE(IsDirectory(dir / "e"));
 }
@@ -260,28 +237,19 @@ TEST(TarnFileUtil, CwdAndFullPathName) {
   EXPECT_EQ(TarnFileUtil::GetCwd(), dir.Wide("sub \xC3\xA9"));
   EXPECT_EQ(TarnFileUtil::GetFullPathNameW(u"x/../y.txt"), dir.Wide("sub \xC3\xA9/y.txt"));
   EXPECT_EQ(TarnFileUtil::GetFullPathNameW(u"../.."), W(dir.path().substr(0, dir.path().rfind('/'))));
-  EXPECT_EQ(TarnFileUtil::GetFullPathNameW(u"/a/./b"), u"/a/b");
   EXPECT_EQ(TarnFileUtil::GetFullPathNameW(u""), u"");
 }
 
 TEST(TarnFileUtil, WfopenAndMakeFileOpenWideNames) {
   TempDir dir;
   const std::u16string name = dir.Wide("\xC3\xA9 out.txt");
-  {
-    TarnFileUtil::FilePtr file = TarnFileUtil::make_file(name, u"wt");
-    ASSERT_NE(file, nullptr);
-    std::fputs("line\n", file.get());
-  }
-  EXPECT_EQ(ReadFile(dir / "\xC3\xA9 out.txt"), "line\n");
+  std::fputs("line\n", TarnFileUtil::make_file(name, u"wt").get());
   std::FILE* raw = TarnFileUtil::wfopen(name.c_str(), u"ab");
   ASSERT_NE(raw, nullptr);
   std::fputs("more", raw);
   std::fclose(raw);
   EXPECT_EQ(ReadFile(dir / "\xC3\xA9 out.txt"), "line\nmore");
-  TarnFileUtil::FilePtr reader = TarnFileUtil::make_file(name.c_str(), u"r");
-  ASSERT_NE(reader, nullptr);
-  EXPECT_EQ(std::fgetc(reader.get()), 'l');
-
+  EXPECT_EQ(std::fgetc(TarnFileUtil::make_file(name.c_str(), u"r").get()), 'l');
   errno = 0;
   EXPECT_EQ(TarnFileUtil::make_file(dir.Wide("missing"), u"r"), nullptr);
   EXPECT_EQ(errno, ENOENT);

@@ -7,15 +7,13 @@
 
 TEST(TarnSysUtil, EnvFlagValues) {
   struct Case { const char* value; bool set; };
-  const Case cases[] = {{"1", true},     {"-3", true},   {"yes", true},  {"t", true},
-                        {"True", true},  {" Y \t", true}, {"+007", true}, {"0", false},
-                        {"-0", false},   {"no", false},  {"on", false},  {"", false},
-                        {"   ", false},  {"1x", false},  {"+", false},
+  const Case cases[] = {{"1", true}, {"-3", true}, {"yes", true}, {"t", true}, {"True", true},
+                        {" Y \t", true}, {"+007", true}, {"0", false}, {"-0", false}, {"no", false},
+                        {"on", false}, {"", false}, {"   ", false}, {"1x", false}, {"+", false},
                         {"99999999999999999999999999", true}};
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.value);
     setenv("TARN_TEST_FLAG", c.value, 1);
-    EXPECT_EQ(TarnSysUtil::is_env_flag_set("TARN_TEST_FLAG"), c.set);
+    EXPECT_EQ(TarnSysUtil::is_env_flag_set("TARN_TEST_FLAG"), c.set) << c.value;
   }
   unsetenv("TARN_TEST_FLAG");
   EXPECT_FALSE(TarnSysUtil::is_env_flag_set("TARN_TEST_FLAG"));
@@ -62,8 +60,7 @@ TEST(TarnSysUtil, WideValuesAreCutWithoutSplittingAPair) {
   // 32,766 units, then a pair that would straddle the cut at 32,767.
   const std::string value = std::string(32766, 'v') + "\xF0\x9F\x98\x80" + "tail";
   setenv("TARN_TEST_LONG", value.c_str(), 1);
-  const std::u16string got = TarnSysUtil::get_env_var(u"TARN_TEST_LONG");
-  EXPECT_EQ(got, std::u16string(32766, u'v'));
+  EXPECT_EQ(TarnSysUtil::get_env_var(u"TARN_TEST_LONG"), std::u16string(32766, u'v'));
   const std::string shorter = std::string(32765, 'v') + "\xF0\x9F\x98\x80" + "tail";
   setenv("TARN_TEST_LONG", shorter.c_str(), 1);
   EXPECT_EQ(TarnSysUtil::get_env_var(u"TARN_TEST_LONG"), std::u16string(32765, u'v') + u"\U0001F600");
