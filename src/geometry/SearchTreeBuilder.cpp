@@ -45,8 +45,8 @@ template <typename Index> void SearchTreeBuilder<Index>::Run() {
 template <typename Index> void SearchTreeBuilder<Index>::SortOnEachAxis() {
   // One block holds the three sorted lists, the partition's scratch list and
   // one side mark (a byte) per point; it is written before it is read.
-  block_ = std::make_unique<WorkBlock>(4 * count_ * sizeof(Index) + count_);
-  Index* const lists = static_cast<Index*>(block_->data());
+  block_ = TarnSystemDetail::LargeBuffer(4 * count_ * sizeof(Index) + count_);
+  Index* const lists = static_cast<Index*>(block_.data());
   for (int axis = 0; axis < 3; ++axis)
     sorted_[axis] = lists + axis * count_;
   scratch_ = lists + 3 * count_;
@@ -54,7 +54,7 @@ template <typename Index> void SearchTreeBuilder<Index>::SortOnEachAxis() {
   if (count_ >= kRadixSortFrom) {
     // The keys are only needed here; they are given back before the tree's
     // own arrays grow.
-    WorkBlock keyBlock(2 * count_ * sizeof(std::uint64_t));
+    TarnSystemDetail::LargeBuffer keyBlock(2 * count_ * sizeof(std::uint64_t));
     std::uint64_t* const keys = static_cast<std::uint64_t*>(keyBlock.data());
     for (int axis = 0; axis < 3; ++axis)
       RadixSortByCoordinate(points_, count_, axis, sorted_[axis], scratch_, keys, keys + count_);

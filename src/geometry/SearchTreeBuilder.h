@@ -24,11 +24,10 @@
 #define TARNUTILITIES_SRC_GEOMETRY_SEARCHTREEBUILDER_H
 
 #include "TarnUtilities/geometry/ZEL_SearchTree3D.h"
-#include "geometry/HugePageAdvice.h"
+#include "TarnUtilities/system/detail/LargeBuffer.h"
 #include "geometry/VarianceChains.h"
 
 #include <cstddef>
-#include <memory>
 
 namespace ZEL_detail {
 
@@ -101,7 +100,7 @@ private:
   /// Holds the right-hand entries during a stable partition.
   Index* scratch_ = nullptr;
   /// The memory of the three members above.
-  std::unique_ptr<WorkBlock> block_;
+  TarnSystemDetail::LargeBuffer block_;
 };
 
 } // namespace ZEL_detail

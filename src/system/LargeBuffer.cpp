@@ -5,8 +5,26 @@
 #include <new>
 #include <sys/mman.h>
 
+// GCC defines __SANITIZE_ADDRESS__ / __SANITIZE_THREAD__; Clang answers
+// __has_feature. Under those sanitizers every buffer comes from operator new,
+// so that they see each access to it.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define TARN_LARGEBUFFER_FROM_NEW 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define TARN_LARGEBUFFER_FROM_NEW 1
+#endif
+#endif
+
 namespace {
 
+#ifdef TARN_LARGEBUFFER_FROM_NEW
+constexpr bool kMapLargeBuffers = false;
+#else
+constexpr bool kMapLargeBuffers = true;
+#endif
+// Every buffer starts on a cache line.
+constexpr std::align_val_t kAlignment{64};
 // Buffers from this size on are mapped with huge pages.
 constexpr std::size_t kMapThreshold = std::size_t(8) << 20;
 // The size of a transparent huge page on x86-64 (2 MiB); mappings are
@@ -18,8 +36,8 @@ constexpr std::size_t kHugePage = std::size_t(2) << 20;
 namespace TarnSystemDetail {
 
 LargeBuffer::LargeBuffer(std::size_t bytes) : size_(bytes) {
-  if (bytes < kMapThreshold) {
-    data_ = ::operator new(bytes == 0 ? 1 : bytes);
+  if (!kMapLargeBuffers || bytes < kMapThreshold) {
+    data_ = ::operator new(bytes == 0 ? 1 : bytes, kAlignment);
     return;
   }
   if (bytes > SIZE_MAX - 2 * kHugePage)
@@ -55,7 +73,7 @@ void LargeBuffer::Release() {
   if (mapping_ != nullptr)
     ::munmap(mapping_, mappingBytes_);
   else if (data_ != nullptr)
-    ::operator delete(data_);
+    ::operator delete(data_, kAlignment);
   data_ = mapping_ = nullptr;
   size_ = mappingBytes_ = 0;
 }

@@ -180,7 +180,8 @@ TEST(TextLinesParser, ReloadReusesTheBufferOnlyForTheSameSize) {
     const char* const before = parser.IsEmpty() ? nullptr : parser.GetLine(0);
     ASSERT_TRUE(parser.LoadTextFromFile((dir / "t").c_str()));
     ExpectLikeTheOracle(parser, text);
-    if (text == texts[1])
+    if (text == texts[1]) {
       EXPECT_EQ(parser.GetLine(0), before);
+    }
   }
 }

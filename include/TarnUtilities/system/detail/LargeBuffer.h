@@ -4,8 +4,10 @@
 // directly and advised to use transparent huge pages: filling a fresh 200 MB
 // buffer then costs a hundred page faults instead of fifty thousand, which
 // is most of the time of reading a large file that is in the page cache.
-// Smaller buffers come from operator new. An implementation detail of
-// TextLinesParser, not part of the public interface.
+// Smaller buffers come from operator new, and so does every buffer under
+// AddressSanitizer or ThreadSanitizer. A buffer starts on a 64-byte
+// boundary. An implementation detail of TextLinesParser and of the search
+// tree's build, not part of the public interface.
 //
 //===----------------------------------------------------------------------===//
 #ifndef TARNUTILITIES_SYSTEM_DETAIL_LARGEBUFFER_H
